@@ -1,0 +1,17 @@
+//===- examples/demo/demo.h - Sections of the demo host -----------------===//
+//
+// Each section shows one subsystem the way the board-design host uses it and
+// prints what happens. main.cpp runs them in order.
+//
+//===------------------------------------------------------------------===//
+#ifndef BFC_DEMO_H
+#define BFC_DEMO_H
+
+#include <cstdio>
+
+/// Prints a section heading.
+inline void demoHeading(char const *title) { std::printf("\n== %s ==\n", title); }
+
+void demoText();
+
+#endif
