@@ -1,0 +1,82 @@
+//===- tests/ssm_report_test.cpp - Reporting without a manager ----------===//
+#include "plat_error.h"
+#include "ssm.h"
+#include "sys_exception.h"
+#include "sys_test.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <thread>
+
+// Without a manager a report returns 0, SSM_Throw returns, and the code after the check
+// runs on with the last-error code it had before.
+TEST(AssertReporting, WithoutManagerFallsThrough) {
+  ASSERT_EQ(SSM::GetManager(), nullptr);
+  PLAT_SetLastError(24);
+  EXPECT_EQ(SSM_AssertFailed("broken", "sys/test", 10, SSM_Critical, 0), 0);
+  EXPECT_EQ(SSM_AssertFailed(nullptr, "sys/test", 11, SSM_Warning, 7), 0);
+  EXPECT_NO_THROW(SSM_Throw());
+  EXPECT_EQ(PLAT_GetLastError(), 24);
+  bool ranOn = false;
+  if (!SSM_Check(false, "", "scc/scc", 1)) ranOn = true;
+  EXPECT_TRUE(ranOn);
+  EXPECT_TRUE(SSM_Check(true, "", "scc/scc", 2));
+  EXPECT_EQ(PLAT_GetLastError(), 24);
+}
+
+// The last-error code is per thread and set from errno by failing platform calls.
+TEST(LastError, FromErrnoAndPerThread) {
+  errno = EMFILE;
+  EXPECT_EQ(PLAT_SetLastErrorFromErrno(), 24);
+  EXPECT_EQ(PLAT_GetLastError(), 24);
+  int seenByOtherThread = -1;
+  std::thread([&seenByOtherThread] { seenByOtherThread = PLAT_GetLastError(); }).join();
+  EXPECT_EQ(seenByOtherThread, 0);
+  EXPECT_EQ(std::fopen("/nonexistent/dir/file", "r"), nullptr);
+  PLAT_SetLastErrorFromErrno();
+  EXPECT_EQ(PLAT_GetLastError(), ENOENT);
+  PLAT_SetLastError(0);
+}
+
+// SYS_Exception made from a number has the empty text; from a format, the formatted text.
+// It is thrown and caught by value across the library boundary.
+TEST(SysException, Text) {
+  EXPECT_STREQ(SYS_Exception(12).GetText(), "");
+  EXPECT_STREQ(SYS_Exception("%d items", 3).GetText(), "3 items");
+  SYS_Exception const original("%s", "copy me");
+  SYS_Exception copy(original);
+  SYS_Exception assigned(1);
+  assigned = original;
+  EXPECT_STREQ(copy.GetText(), "copy me");
+  EXPECT_STREQ(assigned.GetText(), "copy me");
+  try {
+    throw SYS_Exception("value %d out of range", 99);
+  } catch (SYS_Exception const &e) {
+    EXPECT_STREQ(e.GetText(), "value 99 out of range");
+  }
+}
+
+// The fatal exception carries its record pointer through a throw.
+TEST(SysException, FatalCarriesRecord) {
+  auto *const record = reinterpret_cast<SSM::AssertData *>(0x1000);
+  try {
+    throw SSM::FatalException(record);
+  } catch (SSM::FatalException const &e) {
+    EXPECT_EQ(e.m_pRecord, record);
+  }
+}
+
+// The test-recording and memory entry points do nothing in any order, any number of times.
+TEST(TestRepeater, EntryPointsAreInert) {
+  SYS_TestFncID id(const_cast<char *>("f"), const_cast<char *>("m"));
+  for (int i = 0; i < 3; ++i) {
+    SYS_TestRepeater::Stop();
+    SYS_TestRepeater::Record(&id, 1, "two", 3.0);
+    SYS_TestRepeater::Start();
+    SYS_TestRepeater::Record(&id);
+  }
+  EXPECT_EQ(SYS_Memory::GetCurrentMemorySize(), 0);
+  EXPECT_EQ(SYS_Memory::GetPeakMemorySize(), 0);
+}
