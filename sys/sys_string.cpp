@@ -184,17 +184,35 @@ SYS_String const &SYS_String::operator+=(SYS_String const &other) {
   return *this;
 }
 
+namespace {
+
+/// Writes the decimal digits of `value` so that they end at `end`; returns their start.
+char *decimalDigits(unsigned int value, char *end) {
+  do {
+    *--end = static_cast<char>('0' + value % 10);
+    value /= 10;
+  } while (value != 0);
+  return end;
+}
+
+}  // namespace
+
 SYS_String &SYS_String::operator<<(int value) {
-  char digits[16];
-  int const n = std::snprintf(digits, sizeof digits, "%d", value);
-  append(digits, n);
+  char buffer[16];
+  char *const end = buffer + sizeof buffer;
+  // The magnitude in unsigned arithmetic, so that INT_MIN has one too.
+  unsigned int const magnitude = value < 0 ? 0u - static_cast<unsigned int>(value) : static_cast<unsigned int>(value);
+  char *first = decimalDigits(magnitude, end);
+  if (value < 0) *--first = '-';
+  append(first, static_cast<int>(end - first));
   return *this;
 }
 
 SYS_String &SYS_String::operator<<(unsigned int value) {
-  char digits[16];
-  int const n = std::snprintf(digits, sizeof digits, "%u", value);
-  append(digits, n);
+  char buffer[16];
+  char *const end = buffer + sizeof buffer;
+  char *const first = decimalDigits(value, end);
+  append(first, static_cast<int>(end - first));
   return *this;
 }
 

@@ -36,19 +36,23 @@ struct TrimTarget {
 void SYS_String::Insert(int pos, char const *text) {
   if (text == nullptr || *text == '\0') return;
   if (pos < 0) pos = 0;
-  // `text` may lie in this string's own buffer: take a copy before the buffer changes.
-  SYS_String const copy(text);
-  int const inserted = copy.GetLength();
+  if (text >= m_pchData && text <= m_pchData + GetLength()) {
+    SYS_String const copy(text);  // the buffer may move or shift under `text`
+    Insert(pos, copy);
+    return;
+  }
+  size_t const textLength = std::strlen(text);
   int const length = GetLength();
   int const base = pos < length ? length : pos;
-  if (inserted > INT_MAX - base) throw std::bad_alloc();
+  if (textLength > static_cast<size_t>(INT_MAX - base)) throw std::bad_alloc();
+  int const inserted = static_cast<int>(textLength);
   prepareWrite(base + inserted);
   if (pos < length) {
     std::memmove(m_pchData + pos + inserted, m_pchData + pos, static_cast<size_t>(length - pos));
   } else {
     std::memset(m_pchData + length, ' ', static_cast<size_t>(pos - length));
   }
-  std::memcpy(m_pchData + pos, copy.m_pchData, static_cast<size_t>(inserted));
+  std::memcpy(m_pchData + pos, text, textLength);
   setLength(base + inserted);
 }
 
