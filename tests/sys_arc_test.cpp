@@ -137,6 +137,9 @@ TEST(SysArc, Box) {
       {{"offset center", 110, -50, 100, -40, 100, -50, 10}, 100, -50, 110, -40},
       {{"top, left and bottom", 6, 8, 6, -8, 0, 0, 10}, -10, -10, 6, 10},
       {{"both x extremes", 6, -8, -6, -8, 0, 0, 10}, -10, -8, 10, 10},
+      // An end on the lowest row one unit past the bottom ties with the bottom point, so
+      // the walk from the bottom goes on round to the top.
+      {{"end tied with the bottom", -10, 0, 1, -10, 0, 0, 10}, -10, -10, 1, 10},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.a.name);
