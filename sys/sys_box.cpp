@@ -9,6 +9,10 @@
 #include "sys_box.h"
 #include "sys_transform.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <initializer_list>
+
 namespace {
 
 /// The merged breakpoints of one axis and the coverage of the interval from each to the
@@ -20,30 +24,28 @@ struct AxisSweep {
 
   AxisSweep(long thisLo, long thisHi, long bLo, long bHi) : count(0) {
     // The smaller end always opens, so an inverted box counts with its ends exchanged.
-    struct Breakpoint {
-      long value;
-      int mark;
-    } points[4] = {{thisLo < thisHi ? thisLo : thisHi, 1},
-                   {thisLo < thisHi ? thisHi : thisLo, -1},
-                   {bLo < bHi ? bLo : bHi, 2},
-                   {bLo < bHi ? bHi : bLo, -2}};
-    for (int i = 1; i < 4; ++i)  // insertion sort: four entries
-      for (int j = i; j > 0 && points[j].value < points[j - 1].value; --j) {
-        Breakpoint const t = points[j];
-        points[j] = points[j - 1];
-        points[j - 1] = t;
-      }
+    // A breakpoint is packed as value * 8 + (mark + 2): one integer comparison orders by
+    // value, and the two sorted pairs merge without branches.
+    int64_t k0 = pack(std::min(thisLo, thisHi), 1), k1 = pack(std::max(thisLo, thisHi), -1);
+    int64_t k2 = pack(std::min(bLo, bHi), 2), k3 = pack(std::max(bLo, bHi), -2);
+    order(k0, k2);
+    order(k1, k3);
+    order(k1, k2);
     int sum = 0;
-    for (int i = 0; i < 4; ++i) {
-      sum += points[i].mark;
-      if (count > 0 && value[count - 1] == points[i].value) {
-        coverage[count - 1] = sum;
-      } else {
-        value[count] = points[i].value;
-        coverage[count] = sum;
-        ++count;
-      }
+    for (int64_t const key : {k0, k1, k2, k3}) {
+      long const v = static_cast<long>(key >> 3);  // floor division: the mark part is 0..4
+      sum += static_cast<int>(key & 7) - 2;
+      if (count == 0 || value[count - 1] != v) value[count++] = v;
+      coverage[count - 1] = sum;
     }
+  }
+
+private:
+  static int64_t pack(long v, int mark) { return static_cast<int64_t>(v) * 8 + (mark + 2); }
+  static void order(int64_t &a, int64_t &b) {
+    int64_t const lo = std::min(a, b);
+    b = std::max(a, b);
+    a = lo;
   }
 };
 
