@@ -150,7 +150,7 @@ public:
   /// 0 to 4; out must have room for four. Pieces come column by column from left to
   /// right (a column beside this box spans b's whole height; above and below this box,
   /// the lower piece first). An inverted box on an axis counts with its ends exchanged;
-  /// a b of zero width or height leaves no pieces.
+  /// a b of zero width or height leaves no pieces. A null out gives 0.
   int Clip(SYS_Box const &b, SYS_Box *out) const;
 
   /// Transforms the four corners; the box becomes their bounding box (always normalized).

@@ -99,8 +99,10 @@ public:
   short operator!=(SYS_Transform const &t) const { return !(*this == t); }
 
   // Application.
-  /// The point transformed in place, each coordinate rounded half away from zero.
+  /// The point transformed in place, each coordinate rounded half away from zero. A null
+  /// pointer is ignored, as in the double form.
   void Transform(SYS_Point *p) const {
+    if (!p) return;
     double const x = static_cast<double>(p->GetX()), y = static_cast<double>(p->GetY());
     p->Set(sysgeom::round32(m_matrix[0][0] * x + m_matrix[0][1] * y + m_matrix[0][2]),
            sysgeom::round32(m_matrix[1][0] * x + m_matrix[1][1] * y + m_matrix[1][2]));
@@ -112,6 +114,7 @@ public:
   }
   /// In doubles, no rounding.
   void Transform(SYS_DoublePoint *p) const {
+    if (!p) return;
     double const x = p->GetX(), y = p->GetY();
     p->Set(m_matrix[0][0] * x + m_matrix[0][1] * y + m_matrix[0][2],
            m_matrix[1][0] * x + m_matrix[1][1] * y + m_matrix[1][2]);

@@ -54,6 +54,7 @@ bool coversClipped(int coverage) { return coverage == 2 || coverage == 3; }
 }  // namespace
 
 int SYS_Box::Clip(SYS_Box const &clipped, SYS_Box *out) const {
+  if (!out) return 0;
   SYS_Box const b(clipped);  // out may alias the clipped box
   AxisSweep const xs(GetLeft(), GetRight(), b.GetLeft(), b.GetRight());
   AxisSweep const ys(GetLower(), GetUpper(), b.GetLower(), b.GetUpper());

@@ -231,14 +231,15 @@ void SYS_Transform::SubConv(SYS_Transform const &t) {
 }
 
 short SYS_Transform::SetRConv(SYS_Transform &out) const {
-  SYS_Transform r;  // out may be this transform
-  out.setIdentity();
+  SYS_Transform r;  // out may be this transform: it is written last
   double const a = m_matrix[0][0], b = m_matrix[0][1], tx = m_matrix[0][2];
   double const c = m_matrix[1][0], d = m_matrix[1][1], ty = m_matrix[1][2];
   double const det = a * d - b * c;
   if (std::fabs(det) < kInversionEpsilon || std::fabs(m_angleFactor) < kInversionEpsilon ||
-      std::fabs(m_sweepFactor) < kInversionEpsilon || std::fabs(m_scale) < kInversionEpsilon)
+      std::fabs(m_sweepFactor) < kInversionEpsilon || std::fabs(m_scale) < kInversionEpsilon) {
+    out.setIdentity();
     return 0;
+  }
   r.m_matrix[0][0] = d / det, r.m_matrix[0][1] = -b / det, r.m_matrix[0][2] = (ty * b - tx * d) / det;
   r.m_matrix[1][0] = -c / det, r.m_matrix[1][1] = a / det, r.m_matrix[1][2] = (tx * c - ty * a) / det;
   r.m_angleFactor = std::fabs(m_angleFactor - 1.0) < kInversionEpsilon ? m_angleFactor : 1.0 / m_angleFactor;

@@ -153,4 +153,5 @@ TEST(SysBox, Clip) {
   SYS_Box aliased[4] = {SYS_Box(-5, -5, 15, 15)};  // out may hold the clipped box itself
   EXPECT_EQ(SYS_Box(0, 0, 10, 10).Clip(aliased[0], aliased), 4);
   EXPECT_EQ(aliased[3], SYS_Box(10, -5, 15, 15));
+  EXPECT_EQ(SYS_Box(0, 0, 10, 10).Clip(SYS_Box(20, 0, 30, 10), nullptr), 0);  // nowhere to write
 }

@@ -180,6 +180,8 @@ TEST(SysTransform, Inversion) {
   SYS_Transform self = move(5, -6);
   self.RConv();
   EXPECT_EQ(self + SYS_Point(5, -6), SYS_Point(0, 0));
+  EXPECT_EQ(self.SetRConv(self), 1);  // out may be the transform itself
+  EXPECT_EQ(self, move(5, -6));
 }
 
 // Equality compares every field, the radians too: SetRotate(p, long) keeps the radians
@@ -320,4 +322,6 @@ TEST(SysTransform, Shapes) {
   SYS_DoublePoint d(0.25, -0.5);
   d.Transform(t);
   EXPECT_EQ(d, SYS_DoublePoint(0.5, -1.0));
+  t.Transform(static_cast<SYS_Point *>(nullptr));  // ignored
+  t.Transform(static_cast<SYS_DoublePoint *>(nullptr));
 }
