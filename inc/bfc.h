@@ -10,5 +10,12 @@
 #include "ssm_report.h"
 #include "ssm.h"
 #include "sys_test.h"
+#include "sys_geom.h"
+#include "sys_point.h"
+#include "sys_location.h"
+#include "sys_box.h"
+#include "sys_arc.h"
+#include "sys_transform.h"
+#include "sys_textobj.h"
 
 #endif
