@@ -10,5 +10,10 @@
 #include "ssm_report.h"
 #include "ssm.h"
 #include "sys_test.h"
+#include "plat_strings.h"
+#include "sfm_tr.h"
+#include "sys_stdinterface.h"
+#include "sys_geometry.h"
+#include "sys_geomnode.h"
 
 #endif
