@@ -15,5 +15,12 @@
 #include "sys_stdinterface.h"
 #include "sys_geometry.h"
 #include "sys_geomnode.h"
+#include "sys_geom.h"
+#include "sys_point.h"
+#include "sys_location.h"
+#include "sys_box.h"
+#include "sys_arc.h"
+#include "sys_transform.h"
+#include "sys_textobj.h"
 
 #endif
