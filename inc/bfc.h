@@ -15,6 +15,7 @@
 #include "sys_stdinterface.h"
 #include "sys_geometry.h"
 #include "sys_geomnode.h"
+#include "sys_convert.h"
 #include "sys_geom.h"
 #include "sys_point.h"
 #include "sys_location.h"
