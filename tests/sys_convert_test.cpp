@@ -181,6 +181,37 @@ TEST(Convert, Str2DoubleNeedsTheWholeText) {
   EXPECT_EQ(SYS_Convert::Str2Double("4", nullptr), 1);
 }
 
+// Str2Double gives the very double strtod gives, sign of zero included, on random decimal
+// texts of every shape: short ones (read without strtod), long ones, large exponents.
+TEST(Convert, Str2DoubleAgreesWithStrtod) {
+  std::mt19937 rng(5);
+  auto digits = [&](int most) {
+    std::string d(rng() % (most + 1), '0');
+    for (char &c : d) c = static_cast<char>('0' + rng() % 10);
+    if (!d.empty() && rng() % 3 == 0) d[0] = '0';
+    return d;
+  };
+  for (int i = 0; i < 200000; ++i) {
+    std::string t;
+    if (rng() % 4 == 0) t += " ";
+    if (rng() % 3 == 0) t += rng() % 2 ? "-" : "+";
+    t += digits(i % 10 == 0 ? 24 : 9);
+    if (rng() % 2) t += "." + digits(i % 10 == 1 ? 24 : 8);
+    if (rng() % 5 == 0) t += std::string(rng() % 2 ? "e" : "E") + (rng() % 2 ? "-" : "") + digits(3);
+    SCOPED_TRACE(t);
+    errno = 0;
+    char *end;
+    double const expected = std::strtod(t.c_str(), &end);
+    int const expectedOk = *end == '\0' && errno != ERANGE ? 1 : 0;
+    double value = kSentinel;
+    ASSERT_EQ(SYS_Convert::Str2Double(t.c_str(), &value), expectedOk);
+    if (expectedOk) {
+      ASSERT_EQ(std::memcmp(&value, &expected, sizeof value), 0) << value << " vs " << expected;
+    }
+  }
+  errno = 0;
+}
+
 // A range error left in errno is cleared before parsing; any other code stays; a range
 // error of this parse is left for the caller to see.
 TEST(Convert, ParsingClearsOnlyTheRangeError) {
