@@ -33,7 +33,7 @@ public:
   /// The largest precision used; larger ones are taken as this.
   static constexpr int MaxPrecision = 20;
   /// A buffer of this many bytes holds every text that Base2Str and Angle2Str write.
-  static constexpr int BufferSize = 32;
+  static constexpr int BufferSize = 40;
   /// What User2Base gives for a value beyond the 32-bit range.
   static constexpr long OverflowValue = -2147483647L - 1;
 

@@ -1,14 +1,13 @@
 //===- sys/sys_convert_format.cpp - Coordinates, lengths and angles as text ===//
 //
-// Every text is printf's "%.*f" of a double, written in the C locale and then
-// trimmed when zero-trim mode is on. The rounding is printf's, of the double's
+// Every text is printf's "%.*f" of a double, with "." as the decimal point
+// whatever the thread's locale, trimmed when zero-trim mode is on. The rounding is printf's, of the double's
 // exact binary value: -1 base unit in millimetres is "-0.00000", which trims
 // to "-0".
 //
 //===------------------------------------------------------------------===//
 #include "sys_convert.h"
 
-#include "plat/plat_clocale.h"
 #include "sys_geom.h"
 
 #include <cstdio>
@@ -25,20 +24,34 @@ int trimNumber(char *number, int length) {
   return length;
 }
 
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// printf writes the decimal point of the thread's locale, which may be "," or even several
+/// bytes; it is whatever stands between the integer digits and the fraction. Replacing it
+/// afterwards costs less than switching the locale around every call.
+int withDecimalPoint(char *text, int length) {
+  char *point = text + (*text == '-' ? 1 : 0);
+  while (isDigit(*point)) ++point;
+  if (*point == '\0' || *point == '.') return length;
+  char *fraction = point;
+  while (*fraction != '\0' && !isDigit(*fraction)) ++fraction;
+  *point = '.';
+  std::memmove(point + 1, fraction, static_cast<size_t>(text + length - fraction) + 1);
+  return length - static_cast<int>(fraction - point - 1);
+}
+
 /// Writes "%.*f" of `value` into `text` (SYS_Convert::BufferSize bytes) and trims it when
 /// `trim` is non-zero; returns the length.
 int formatFixed(char *text, int precision, double value, int trim) {
-  int length;
-  {
-    plat::CLocaleScope const cLocale;
-    length = std::snprintf(text, SYS_Convert::BufferSize, "%.*f", precision, value);
-  }
-  // The values come from 32-bit integers and the precision is limited, so the text fits.
+  int const length = std::snprintf(text, SYS_Convert::BufferSize, "%.*f", precision, value);
+  // The values come from 32-bit integers and the precision is limited, so the text fits
+  // (a decimal point of several bytes included).
   if (length < 0 || length >= SYS_Convert::BufferSize) {
     text[0] = '\0';
     return 0;
   }
-  return trim != 0 ? trimNumber(text, length) : length;
+  int const pointed = withDecimalPoint(text, length);
+  return trim != 0 ? trimNumber(text, pointed) : pointed;
 }
 
 /// 1 / 1,800,000 as the angle formatting has always multiplied by it: a little less than
