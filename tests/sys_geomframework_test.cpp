@@ -89,23 +89,6 @@ TEST(StdInterface, NextComparesBeforeAdding) {
   EXPECT_EQ(cursor.GetHandle(), 0);
 }
 
-// Copies take the handle and the maximum and then walk on their own.
-TEST(StdInterface, CopiesWalkIndependently) {
-  SYS_StdInterface a(3);
-  a.GetFirst(nullptr);
-  a.GetNext();
-  SYS_StdInterface b(a);
-  EXPECT_EQ(b.GetHandle(), 2);
-  b.GetNext();
-  EXPECT_EQ(a.GetHandle(), 2);
-  EXPECT_EQ(walk(b), (std::vector<SYS_Handle>{1, 2, 3, 0}));
-  SYS_StdInterface c;
-  c = a;
-  c.GetNext();
-  c.GetNext();
-  EXPECT_EQ(c.GetHandle(), 0);
-}
-
 // DefaultSort is a - b while that fits an int, and keeps its sign beyond (handles that
 // carry addresses may be far apart on LP64).
 TEST(StdInterface, DefaultSortIsTheSaturatedDifference) {
@@ -211,16 +194,6 @@ TEST(GeomNode, AloneFindsNothing) {
   EXPECT_EQ(alone.IsGeomType(), 1);
   alone.SetGeomType(SGN_NotValid);
   EXPECT_EQ(alone.IsValid(), 0);
-}
-
-// Only 1, 2 and 6 are geometry types.
-TEST(GeomNode, GeometryTypes) {
-  for (int type = -1; type <= 8; ++type) {
-    SCOPED_TRACE(type);
-    Node node(type);
-    EXPECT_EQ(node.IsGeomType(), type == 1 || type == 2 || type == 6 ? 1 : 0);
-    EXPECT_EQ(node.GetGeomType(), type);
-  }
 }
 
 // Including puts a node right after the head, so the last included comes first; searches
