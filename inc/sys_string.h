@@ -143,6 +143,13 @@ public:
   void Format(char const *format, ...) __attribute__((format(printf, 2, 3)));
   void FormatV(char const *format, va_list args);
 
+  // Resources.
+  /// Replaces the content with the host's numbered text `id`, looked up in the table the host
+  /// registered at run time and then in the program's table (inc/plat_strings.h). Returns
+  /// non-zero when a non-empty text was found; otherwise the string becomes empty and 0 is
+  /// returned.
+  int LoadString(unsigned int id);
+
   // Buffer access.
   /// A writable buffer of at least `minLength` bytes plus the NUL, content kept (the whole
   /// text, even when `minLength` is below the length). Until ReleaseBuffer the buffer is the

@@ -10,6 +10,7 @@ int main() {
   std::printf("BFC demo host\n");
   demoText();
   demoGeometry();
+  demoUnits();
   std::printf("\nDemo finished.\n");
   return 0;
 }

@@ -1,0 +1,319 @@
+//===- tests/plat_strings_test.cpp - The host's numbered texts and TR ---===//
+//
+// What the library reads at load can only be seen in a fresh process: the
+// load tests start this binary again as a probe, with the host's texts given
+// one way or another, and read what the probe prints.
+//
+//===------------------------------------------------------------------===//
+#include "plat_strings.h"
+#include "sfm_tr.h"
+#include "sys_convert.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+char const kProbeVariable[] = "BFC_TEST_LOAD_PROBE";
+
+/// In a probe, prints what the library found while it loaded, then what TR gives once a
+/// run-time table is registered, and exits before any test runs.
+int runLoadProbe() {
+  if (std::getenv(kProbeVariable) == nullptr) return 0;
+  std::printf("file=%s\n", static_cast<char const *>(PLAT_GetProgramStringFile()));
+  for (int t = 0; t < SYS_UnitTypeCount; ++t)
+    std::printf("unit%d=%s\n", t, SYS_Convert::GetUnitName(static_cast<SYS_UnitType>(t)));
+  SYS_String loaded;
+  loaded.LoadString(500);
+  std::printf("cut=%d uncut=%d multibyte=%d\n", TR(500).GetLength(), loaded.GetLength(), TR(501).GetLength());
+  PLAT_StringEntry const runTime[] = {{45104, "MIL"}, {600, "run time"}, {45110, "filled in"}};
+  PLAT_RegisterStrings(runTime, 3);
+  std::printf("45104=%s 600=%s 45110=%s\n", static_cast<char const *>(TR(45104)),
+              static_cast<char const *>(TR(600)), static_cast<char const *>(TR(45110)));
+  std::fflush(stdout);
+  std::exit(0);
+}
+int const g_LoadProbe = runLoadProbe();
+
+std::string selfPath() {
+  char path[PATH_MAX];
+  ssize_t const length = readlink("/proc/self/exe", path, sizeof path - 1);
+  return length > 0 ? std::string(path, static_cast<size_t>(length)) : std::string();
+}
+
+struct Probe {
+  int status;
+  std::string output;  // standard output and standard error
+  bool has(std::string const &line) const { return output.find(line + "\n") != std::string::npos; }
+};
+
+/// Runs `program` as a probe with `environment` given to env(1).
+Probe runProbe(std::string const &environment, std::string const &program = selfPath()) {
+  std::string const command =
+      "env " + environment + " " + kProbeVariable + "=1 '" + program + "' 2>&1";
+  Probe probe{-1, std::string()};
+  FILE *const pipe = popen(command.c_str(), "r");
+  if (pipe == nullptr) return probe;
+  char chunk[512];
+  size_t got;
+  while ((got = std::fread(chunk, 1, sizeof chunk, pipe)) > 0) probe.output.append(chunk, got);
+  int const status = pclose(pipe);
+  probe.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return probe;
+}
+
+/// A fresh directory for one test's files, removed afterwards.
+class TempDirectory {
+public:
+  TempDirectory() {
+    std::string pattern = testing::TempDir() + "bfc_strings_XXXXXX";
+    if (mkdtemp(pattern.data()) != nullptr) m_Path = pattern;
+  }
+  ~TempDirectory() {
+    std::error_code ignored;
+    if (!m_Path.empty()) std::filesystem::remove_all(m_Path, ignored);
+  }
+  std::string file(char const *name, std::string const &content) const {
+    std::string const path = m_Path + "/" + name;
+    std::ofstream(path, std::ios::binary) << content;
+    return path;
+  }
+  std::string const &path() const { return m_Path; }
+
+private:
+  std::string m_Path;
+};
+
+std::string text(SYS_String const &s) { return std::string(static_cast<char const *>(s)); }
+
+/// Host texts with the unit names, a bad line, a text too long for the program's buffer,
+/// and one whose cut would fall inside a two-byte character.
+std::string hostTexts() {
+  return "# board host\n"
+         "45104 mil\n45105 mm\n45106 inch\n45107 \xC2\xB5m\n"
+         "oops\n"
+         "500 " + std::string(1500, 'a') + "\n"
+         "501 " + std::string(998, 'b') + "\xC3\xA9\n"
+         "45110\n";
+}
+
+/// Removes the run-time table when a test ends.
+struct RunTimeTableReset {
+  ~RunTimeTableReset() { PLAT_RegisterStrings(nullptr, 0); }
+};
+
+}  // namespace
+
+// The file named by BFC_STRINGS is read at load: the unit names are the host's; bad lines
+// are reported and skipped; TR cuts a long text to 999 bytes without splitting a character
+// while LoadString gives it whole; the program's table comes before the run-time one.
+TEST(ProgramStrings, ReadAtLoadFromTheVariable) {
+  TempDirectory const dir;
+  std::string const path = dir.file("host.strings", hostTexts());
+  Probe const probe = runProbe("BFC_STRINGS='" + path + "'");
+  EXPECT_EQ(probe.status, 0) << probe.output;
+  EXPECT_TRUE(probe.has("file=" + path)) << probe.output;
+  EXPECT_TRUE(probe.has("unit0=mil")) << probe.output;
+  EXPECT_TRUE(probe.has("unit1=mm"));
+  EXPECT_TRUE(probe.has("unit2=inch"));
+  EXPECT_TRUE(probe.has("unit3=\xC2\xB5m"));
+  EXPECT_TRUE(probe.has("bfc: " + path + ":6: a number from 0 to 65535 is expected")) << probe.output;
+  EXPECT_TRUE(probe.has("cut=999 uncut=1500 multibyte=998")) << probe.output;
+  EXPECT_TRUE(probe.has("45104=mil 600=run time 45110=filled in")) << probe.output;
+}
+
+// Without the variable, the file beside the program named after it is read.
+TEST(ProgramStrings, BesideTheProgram) {
+  TempDirectory const dir;
+  std::string const program = dir.path() + "/board";
+  std::filesystem::copy_file(selfPath(), program);
+  std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+  std::string const path = dir.file("board.strings", "45104 Mil\n45107 Micron\n");
+  Probe const probe = runProbe("-u BFC_STRINGS", program);
+  EXPECT_EQ(probe.status, 0) << probe.output;
+  EXPECT_TRUE(probe.has("file=" + path)) << probe.output;
+  EXPECT_TRUE(probe.has("unit0=Mil"));
+  EXPECT_TRUE(probe.has("unit1="));
+  EXPECT_TRUE(probe.has("unit3=Micron"));
+}
+
+// A host that supplies nothing gets empty names, silently; one that names a missing file is
+// told so, and nothing else fails.
+TEST(ProgramStrings, NoneSupplied) {
+  struct Case {
+    char const *name;
+    std::string environment;
+    char const *message;
+  } cases[] = {
+      {"no file beside the program", "-u BFC_STRINGS", nullptr},
+      {"variable set but empty", "BFC_STRINGS=", nullptr},
+      {"named file missing", "BFC_STRINGS=/nonexistent/host.strings",
+       "bfc: /nonexistent/host.strings: cannot be read (No such file or directory)"},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.name);
+    Probe const probe = runProbe(c.environment);
+    EXPECT_EQ(probe.status, 0) << probe.output;
+    EXPECT_EQ(probe.output.rfind("file=\nunit0=\nunit1=\nunit2=\nunit3=\ncut=0 uncut=0 multibyte=0\n", 0) !=
+                  std::string::npos,
+              c.message == nullptr)
+        << probe.output;
+    if (c.message != nullptr) {
+      EXPECT_TRUE(probe.has(c.message)) << probe.output;
+    }
+    EXPECT_TRUE(probe.has("45104=MIL 600=run time 45110=filled in")) << probe.output;
+  }
+}
+
+// A registration replaces the whole run-time table or, when one entry is bad, changes
+// nothing; registering none removes it.
+TEST(RunTimeStrings, RegisterReplacesOrFailsWhole) {
+  RunTimeTableReset const reset;
+  PLAT_StringEntry const first[] = {{1, "one"}, {2, "two"}, {65535, "last"}, {0, "zero"}};
+  ASSERT_EQ(PLAT_RegisterStrings(first, 4), 1);
+  EXPECT_EQ(text(TR(1)), "one");
+  EXPECT_EQ(text(TR(65535)), "last");
+  EXPECT_EQ(text(TR(0)), "zero");
+
+  struct Case {
+    char const *name;
+    std::vector<PLAT_StringEntry> entries;
+    int count;
+  } bad[] = {
+      {"number twice", {{3, "a"}, {3, "b"}}, 2},
+      {"number too large", {{3, "a"}, {65536, "b"}}, 2},
+      {"negative number", {{-1, "a"}}, 1},
+      {"negative count", {{3, "a"}}, -1},
+      {"no entries", {}, 2},
+  };
+  for (auto const &c : bad) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(PLAT_RegisterStrings(c.entries.empty() ? nullptr : c.entries.data(), c.count), 0);
+    EXPECT_EQ(text(TR(1)), "one");
+    EXPECT_EQ(text(TR(3)), "");
+  }
+
+  PLAT_StringEntry const second[] = {{2, "TWO"}, {4, nullptr}};
+  ASSERT_EQ(PLAT_RegisterStrings(second, 2), 1);
+  EXPECT_EQ(text(TR(1)), "");
+  EXPECT_EQ(text(TR(2)), "TWO");
+  EXPECT_EQ(text(TR(4)), "");
+  ASSERT_EQ(PLAT_RegisterStrings(nullptr, 0), 1);
+  EXPECT_EQ(text(TR(2)), "");
+}
+
+// LoadString replaces the content and says whether a non-empty text was found.
+TEST(RunTimeStrings, LoadStringByNumber) {
+  RunTimeTableReset const reset;
+  PLAT_StringEntry const entries[] = {{7, "seven"}, {8, ""}};
+  ASSERT_EQ(PLAT_RegisterStrings(entries, 2), 1);
+  struct Case {
+    unsigned int id;
+    int found;
+    char const *text;
+  } cases[] = {{7, 1, "seven"}, {8, 0, ""}, {9, 0, ""}, {0x80000007u, 0, ""}, {65536 + 7, 0, ""}};
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.id);
+    SYS_String s("previous");
+    EXPECT_EQ(s.LoadString(c.id) != 0, c.found != 0);
+    EXPECT_EQ(text(s), c.text);
+  }
+}
+
+// TR of a literal is that literal, placeholders included; an unknown number is empty.
+TEST(Tr, LiteralsAndUnknownNumbers) {
+  EXPECT_EQ(text(TR("File error %d: %s")), "File error %d: %s");
+  EXPECT_EQ(text(TR(static_cast<char const *>(nullptr))), "");
+  for (int id : {-1, 0, 45103, 65535, 65536, INT_MAX, INT_MIN}) {
+    SCOPED_TRACE(id);
+    EXPECT_EQ(text(TR(id)), "");
+  }
+}
+
+// The string file format: number, blanks, text to the end of the line; comments, blank
+// lines, a byte-order mark and CR line ends are ignored; escapes give what a line cannot.
+TEST(StringFile, Format) {
+  RunTimeTableReset const reset;
+  TempDirectory const dir;
+  std::string const path = dir.file("format.strings",
+                                    "\xEF\xBB\xBF" "1 first\n"
+                                    "  # a comment\n"
+                                    "\n"
+                                    "2\t\t tabbed text  \n"
+                                    "3 two\\nlines and a \\t tab\n"
+                                    "4 \\x20leading space and a back\\\\slash\n"
+                                    "5\n"
+                                    "6 windows\r\n"
+                                    "  7 indented # not a comment\n"
+                                    "08 leading zero\n"
+                                    "65535 last");
+  SYS_String error;
+  ASSERT_EQ(PLAT_RegisterStringFile(path.c_str(), &error), 1) << text(error);
+  struct Case {
+    int id;
+    char const *text;
+  } cases[] = {
+      {1, "first"},
+      {2, "tabbed text  "},
+      {3, "two\nlines and a \t tab"},
+      {4, " leading space and a back\\slash"},
+      {5, ""},
+      {6, "windows"},
+      {7, "indented # not a comment"},
+      {8, "leading zero"},
+      {65535, "last"},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.id);
+    EXPECT_EQ(text(TR(c.id)), c.text);
+  }
+}
+
+// One bad line rejects a run-time file, names the line and what is wrong, and leaves the
+// table that was registered before.
+TEST(StringFile, BadLinesRejectTheFile) {
+  RunTimeTableReset const reset;
+  PLAT_StringEntry const before[] = {{1, "kept"}};
+  ASSERT_EQ(PLAT_RegisterStrings(before, 1), 1);
+  TempDirectory const dir;
+  struct Case {
+    char const *name;
+    std::string content;
+    char const *message;  // after "path:"
+  } cases[] = {
+      {"no number", "1 a\nx b\n", "2: a number from 0 to 65535 is expected"},
+      {"number too large", "65536 big\n", "1: a number from 0 to 65535 is expected"},
+      {"huge number", "99999999999999999999 big\n", "1: a number from 0 to 65535 is expected"},
+      {"no blank", "12abc\n", "1: a blank is expected between the number and the text"},
+      {"negative", "-1 minus\n", "1: a number from 0 to 65535 is expected"},
+      {"unknown escape", "3 bad \\q\n", "1: unknown escape \\q"},
+      {"backslash at the end", "3 end\\\n", "1: a backslash ends the line"},
+      {"short hex escape", "3 \\x4\n", "1: \\x needs two hexadecimal digits"},
+      {"NUL escape", "3 \\x00\n", "1: \\x needs two hexadecimal digits"},
+      {"NUL byte", std::string("3 a\0b\n", 6), "1: the line holds a NUL byte"},
+      {"number twice", "5 a\n\n5 b\n", "3: number 5 was given before, on line 1"},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.name);
+    std::string const path = dir.file("bad.strings", c.content);
+    SYS_String error;
+    EXPECT_EQ(PLAT_RegisterStringFile(path.c_str(), &error), 0);
+    EXPECT_EQ(text(error).rfind(path + ":" + c.message, 0), 0u) << text(error);
+    EXPECT_EQ(text(TR(1)), "kept");
+  }
+  EXPECT_EQ(PLAT_RegisterStringFile((dir.path() + "/missing.strings").c_str(), nullptr), 0);
+  SYS_String error;
+  EXPECT_EQ(PLAT_RegisterStringFile(dir.path().c_str(), &error), 0);
+  EXPECT_NE(text(error).find("cannot be read"), std::string::npos) << text(error);
+  EXPECT_EQ(PLAT_RegisterStringFile(nullptr, &error), 0);
+  EXPECT_EQ(PLAT_RegisterStringFile("", &error), 0);
+  EXPECT_EQ(text(TR(1)), "kept");
+}
