@@ -8,11 +8,12 @@
 //===------------------------------------------------------------------===//
 #include "sys_string.h"
 
+#include "plat/plat_clocale.h"
+
 #include <cfloat>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
-#include <locale.h>
 #include <string>
 
 namespace {
@@ -78,18 +79,13 @@ char const *decimalEnd(char const *text) {
   return p;
 }
 
-locale_t cLocale() {
-  static locale_t const c = newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
-  return c;
-}
-
 double parseDouble(char const *text, char const **end) {
   char const *const stop = decimalEnd(text);
   if (end != nullptr) *end = stop;
   if (stop == text) return 0.0;
   // strtod would also take hexadecimal floats and "inf": hand it only the decimal span.
   std::string const span(text, static_cast<size_t>(stop - text));
-  return strtod_l(span.c_str(), nullptr, cLocale());
+  return strtod_l(span.c_str(), nullptr, plat::cLocale());
 }
 
 }  // namespace
