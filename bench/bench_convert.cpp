@@ -129,7 +129,7 @@ void Convert_Parse_Bfc(benchmark::State &state) {
   std::vector<std::string> const &input = texts();
   for (auto _ : state)
     for (auto const &t : input) {
-      long value;
+      long value = 0;
       benchmark::DoNotOptimize(mm.Str2Base(t.c_str(), &value));
       benchmark::DoNotOptimize(value);
     }
@@ -141,7 +141,7 @@ void Convert_Parse_Strtod(benchmark::State &state) {
   std::vector<std::string> const &input = texts();
   for (auto _ : state)
     for (auto const &t : input) {
-      long value;
+      long value = 0;
       benchmark::DoNotOptimize(peerParse(t.c_str(), &value));
       benchmark::DoNotOptimize(value);
     }

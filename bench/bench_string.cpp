@@ -133,7 +133,8 @@ std::vector<std::string> partReferences() {
   return refs;
 }
 
-void String_NaturalSort_Bfc(benchmark::State &state) {
+/// Sorts the part references with `compare` (a strcmp-style function) in every iteration.
+void naturalSort(benchmark::State &state, int (*compare)(char const *, char const *)) {
   std::vector<std::string> const refs = partReferences();
   std::vector<char const *> order;
   for (auto _ : state) {
@@ -141,24 +142,15 @@ void String_NaturalSort_Bfc(benchmark::State &state) {
     order.clear();
     for (auto const &r : refs) order.push_back(r.c_str());
     state.ResumeTiming();
-    std::sort(order.begin(), order.end(), [](char const *a, char const *b) { return _tcsnumcmp(a, b) < 0; });
+    std::sort(order.begin(), order.end(), [compare](char const *a, char const *b) { return compare(a, b) < 0; });
     benchmark::DoNotOptimize(order.data());
   }
 }
+
+void String_NaturalSort_Bfc(benchmark::State &state) { naturalSort(state, _tcsnumcmp); }
 BENCHMARK(String_NaturalSort_Bfc)->Unit(benchmark::kMillisecond);
 
-void String_NaturalSort_Strverscmp(benchmark::State &state) {
-  std::vector<std::string> const refs = partReferences();
-  std::vector<char const *> order;
-  for (auto _ : state) {
-    state.PauseTiming();
-    order.clear();
-    for (auto const &r : refs) order.push_back(r.c_str());
-    state.ResumeTiming();
-    std::sort(order.begin(), order.end(), [](char const *a, char const *b) { return strverscmp(a, b) < 0; });
-    benchmark::DoNotOptimize(order.data());
-  }
-}
+void String_NaturalSort_Strverscmp(benchmark::State &state) { naturalSort(state, strverscmp); }
 BENCHMARK(String_NaturalSort_Strverscmp)->Unit(benchmark::kMillisecond);
 
 }  // namespace
