@@ -10,5 +10,10 @@
 #include "ssm_report.h"
 #include "ssm.h"
 #include "sys_test.h"
+#include "scc_event.h"
+#include "scc_list.h"
+#include "scc_safelist.h"
+#include "scc_compare.h"
+#include "scc_map.h"
 
 #endif
