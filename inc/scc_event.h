@@ -88,7 +88,7 @@ public:
 
   explicit SCC_EventHook(Handler handler = nullptr, int priority = 0) noexcept
       : m_Priority(priority), m_Handler(handler) {}
-  SCC_EventHook(SCC_EventHook const &) noexcept : m_Priority(0), m_Handler(nullptr) {}
+  SCC_EventHook(SCC_EventHook const &) noexcept : SCC_EventNode<T>(), m_Priority(0), m_Handler(nullptr) {}
   SCC_EventHook &operator=(SCC_EventHook &source) {
     SCC_EventNode<T>::operator=(source);
     m_Priority = source.m_Priority;
