@@ -28,7 +28,7 @@ public:
 BFC_API int SCC_Compare(double const &a, double const &b);
 /// Byte order as strcmp with unsigned bytes; -1, 0 or 1. Null counts as empty.
 BFC_API int SCC_Compare(char const *const &a, char const *const &b);
-/// Byte order over the whole length (embedded NULs included); -1, 0 or 1.
+/// The same on the two texts (up to their first NUL).
 BFC_API int SCC_Compare(SYS_String const &a, SYS_String const &b);
 /// The difference of the first pair of bytes that differ once A-Z are lowered to
 /// a-z (0 when the texts match), as _stricmp returns it.

@@ -58,11 +58,7 @@ int SCC_Compare(char const *const &a, char const *const &b) {
 }
 
 int SCC_Compare(SYS_String const &a, SYS_String const &b) {
-  int const lengthA = a.GetLength();
-  int const lengthB = b.GetLength();
-  int const common = lengthA < lengthB ? lengthA : lengthB;
-  int const bytes = std::memcmp(static_cast<char const *>(a), static_cast<char const *>(b), common);
-  return bytes != 0 ? sign(bytes) : sign(lengthA - lengthB);
+  return sign(std::strcmp(static_cast<char const *>(a), static_cast<char const *>(b)));
 }
 
 int SCC_Compare(SCC_StrNoCase const &a, SCC_StrNoCase const &b) {
