@@ -9,6 +9,7 @@
 int main() {
   std::printf("BFC demo host\n");
   demoText();
+  demoEvents();
   std::printf("\nDemo finished.\n");
   return 0;
 }
