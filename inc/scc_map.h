@@ -16,7 +16,25 @@
 #include "sys_base.h"
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
+
+namespace scc_detail {
+
+/// Key equality of the maps: `==`.
+template <class K>
+inline bool keysEqual(K const &a, K const &b) {
+  return a == b;
+}
+/// The same as SYS_String's `==`, without a call into the library per probe; keys
+/// that share one buffer are equal at once.
+inline bool keysEqual(SYS_String const &a, SYS_String const &b) {
+  char const *const left = a;
+  char const *const right = b;
+  return a.GetLength() == b.GetLength() && (left == right || std::strcmp(left, right) == 0);
+}
+
+}  // namespace scc_detail
 
 /// A hash map from `K` to `V` whose bucket count is fixed at construction.
 ///
@@ -176,7 +194,7 @@ private:
   }
   static MapNode *findIn(Bucket const &bucket, K const &key, long hash) {
     for (MapNode *node = bucket.GetHead(); node != nullptr; node = node->m_Next)
-      if (node->m_Hash == hash && node->m_Key == key) return node;
+      if (node->m_Hash == hash && scc_detail::keysEqual(node->m_Key, key)) return node;
     return nullptr;
   }
   V *add(Bucket &bucket, K const &key, long hash) {

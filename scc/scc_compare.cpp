@@ -21,17 +21,39 @@ inline int lowerAscii(int c) { return c >= 'A' && c <= 'Z' ? c + ('a' - 'A') : c
 
 inline int sign(int value) { return (value > 0) - (value < 0); }
 
+/// The weight k * 6293815^k of the k-th byte for the first kWeighted bytes, so
+/// that short texts (all keys in practice) cost one multiply per byte.
+constexpr int kWeighted = 64;
+struct HashWeights {
+  std::uint32_t weight[kWeighted + 1];
+  std::uint32_t nextPower;  // 6293815^(kWeighted + 1)
+  constexpr HashWeights() : weight(), nextPower(kHashFactor) {
+    for (std::uint32_t k = 1; k <= kWeighted; ++k) {
+      weight[k] = k * nextPower;
+      nextPower *= kHashFactor;
+    }
+  }
+};
+constexpr HashWeights kWeights;
+
+template <bool fold>
+inline std::uint32_t byteValue(char byte) {
+  int const c = static_cast<signed char>(byte);
+  return static_cast<std::uint32_t>(fold ? lowerAscii(c) : c);
+}
+
 /// The text hash of `text` up to its NUL; each byte sign-extended, A-Z lowered
 /// first when `fold` is set.
 template <bool fold>
 std::uint32_t textHash(char const *text) {
   std::uint32_t hash = 0;
-  std::uint32_t power = kHashFactor;
   std::uint32_t position = 1;
-  for (; *text != '\0'; ++text, ++position) {
-    int c = static_cast<signed char>(*text);
-    if (fold) c = lowerAscii(c);
-    hash += static_cast<std::uint32_t>(c) * position * power;
+  for (; position <= kWeighted; ++position, ++text) {
+    if (*text == '\0') return hash;
+    hash += byteValue<fold>(*text) * kWeights.weight[position];
+  }
+  for (std::uint32_t power = kWeights.nextPower; *text != '\0'; ++text, ++position) {
+    hash += byteValue<fold>(*text) * position * power;
     power *= kHashFactor;
   }
   return hash;

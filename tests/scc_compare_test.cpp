@@ -42,6 +42,29 @@ TEST(SccHash, TextHashValues) {
   }
 }
 
+// Long texts hash as short ones do, past the precomputed weights of the first
+// bytes; checked against the formula computed byte by byte.
+TEST(SccHash, LongTextsFollowTheFormula) {
+  auto reference = [](std::string const &text, bool fold) {
+    std::uint32_t hash = 0, power = 6293815u, position = 1;
+    for (char byte : text) {
+      int c = static_cast<signed char>(byte);
+      if (fold && c >= 'A' && c <= 'Z') c += 32;
+      hash += static_cast<std::uint32_t>(c) * position++ * power;
+      power *= 6293815u;
+    }
+    return hash;
+  };
+  for (int length : {0, 1, 63, 64, 65, 66, 200}) {
+    SCOPED_TRACE(length);
+    std::string text;
+    for (int i = 0; i < length; ++i) text += static_cast<char>("Ab\x80z\xff" "9"[i % 6]);
+    long const n = 2147483647;
+    EXPECT_EQ(SCC_Hash(text.c_str(), n), static_cast<long>(reference(text, false) % n));
+    EXPECT_EQ(SCC_Hash(SCC_StrNoCase(text.c_str()), n), static_cast<long>(reference(text, true) % n));
+  }
+}
+
 // Case-insensitive keys hash and compare with A-Z folded and nothing else;
 // non-positive bucket counts give 0 (reported for the plain text overload).
 TEST(SccHash, NoCaseAndDegenerateCounts) {
