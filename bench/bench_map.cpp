@@ -1,13 +1,15 @@
 //===- bench/bench_map.cpp - SCC_Map against std::unordered_map ---------===//
 //
 // 100,000 integer and text keys inserted and looked up, both maps with
-// n + n/4 buckets (the same load).
+// n + n/4 buckets (the same load). Lookups go in a shuffled order, the same for
+// both maps, so that neither gains from nodes allocated in lookup order.
 //
 //===------------------------------------------------------------------===//
 #include "scc_map.h"
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <unordered_map>
@@ -26,6 +28,17 @@ std::vector<int> const &intKeys() {
     return out;
   }();
   return keys;
+}
+
+/// The positions 0..n-1 in a fixed shuffled order: the order of the lookups.
+std::vector<int> const &lookupOrder() {
+  static std::vector<int> const order = [] {
+    std::vector<int> out(kKeys);
+    for (int i = 0; i < kKeys; ++i) out[i] = i;
+    std::shuffle(out.begin(), out.end(), std::mt19937(7));
+    return out;
+  }();
+  return order;
 }
 
 std::vector<std::string> const &textKeys() {
@@ -53,12 +66,30 @@ std::unordered_map<Key, int> stdMap() {
   return map;
 }
 
-// The same texts in buffers of their own, so that lookups cannot find a key by
-// its shared buffer.
+// The texts in lookup order, in buffers of their own so that lookups cannot find
+// a key by its shared buffer.
 std::vector<SYS_String> const &sysProbeKeys() {
   static std::vector<SYS_String> const keys = [] {
     std::vector<SYS_String> out;
-    for (auto const &key : textKeys()) out.emplace_back(key.c_str());
+    for (int i : lookupOrder()) out.emplace_back(textKeys()[i].c_str());
+    return out;
+  }();
+  return keys;
+}
+
+std::vector<std::string> const &stdProbeKeys() {
+  static std::vector<std::string> const keys = [] {
+    std::vector<std::string> out;
+    for (int i : lookupOrder()) out.push_back(textKeys()[i]);
+    return out;
+  }();
+  return keys;
+}
+
+std::vector<int> const &intProbeKeys() {
+  static std::vector<int> const keys = [] {
+    std::vector<int> out;
+    for (int i : lookupOrder()) out.push_back(intKeys()[i]);
     return out;
   }();
   return keys;
@@ -92,7 +123,7 @@ void Map_LookupInt_Bfc(benchmark::State &state) {
     if (int *value = map.Insert(keys[i])) *value = i;
   for (auto _ : state) {
     long sum = 0;
-    for (int key : keys) sum += map.Lookup(key)->m_Value;
+    for (int key : intProbeKeys()) sum += map.Lookup(key)->m_Value;
     benchmark::DoNotOptimize(sum);
   }
 }
@@ -104,7 +135,7 @@ void Map_LookupInt_Std(benchmark::State &state) {
   for (int i = 0; i < kKeys; ++i) map.emplace(keys[i], i);
   for (auto _ : state) {
     long sum = 0;
-    for (int key : keys) sum += map.find(key)->second;
+    for (int key : intProbeKeys()) sum += map.find(key)->second;
     benchmark::DoNotOptimize(sum);
   }
 }
@@ -150,7 +181,7 @@ void Map_LookupText_Std(benchmark::State &state) {
   for (int i = 0; i < kKeys; ++i) map.emplace(keys[i], i);
   for (auto _ : state) {
     long sum = 0;
-    for (auto const &key : keys) sum += map.find(key)->second;
+    for (auto const &key : stdProbeKeys()) sum += map.find(key)->second;
     benchmark::DoNotOptimize(sum);
   }
 }

@@ -56,6 +56,9 @@ BFC_API long SCC_Hash(char const *const &text, long n);
 BFC_API long SCC_Hash(SYS_String const &text, long n);
 /// 0 when `n` < 1, else the text hash of the text with A-Z lowered, modulo `n`.
 BFC_API long SCC_Hash(SCC_StrNoCase const &text, long n);
+/// The text hash before any modulo, with A-Z lowered first when `fold` is set; 0
+/// for null. SCC_Hash of a text for `n` buckets is this value modulo `n`.
+BFC_API std::uint32_t SCC_TextHash(char const *text, int fold = 0);
 /// 0 when `n` < 1, else the address modulo `n`. On LP64 the address is folded to 32
 /// bits first as (low half XOR high half), which is the address itself on i386.
 BFC_API long SCC_Hash(void *const &address, long n);

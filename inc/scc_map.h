@@ -34,6 +34,25 @@ inline bool keysEqual(SYS_String const &a, SYS_String const &b) {
   return a.GetLength() == b.GetLength() && (left == right || std::strcmp(left, right) == 0);
 }
 
+/// A second, unreduced hash that a map keeps beside the bucket hash for keys whose
+/// comparison reads memory outside the entry: a lookup then seldom touches the
+/// text of an entry that only shares its bucket. Only for the default hash.
+template <class K>
+struct KeyCheck {
+  static constexpr bool kEnabled = false;
+  static std::uint32_t of(K const &) { return 0; }
+};
+template <>
+struct KeyCheck<SYS_String> {
+  static constexpr bool kEnabled = true;
+  static std::uint32_t of(SYS_String const &key) { return SCC_TextHash(key, 0); }
+};
+template <>
+struct KeyCheck<SCC_StrNoCase> {
+  static constexpr bool kEnabled = true;
+  static std::uint32_t of(SCC_StrNoCase const &key) { return SCC_TextHash(key, 1); }
+};
+
 }  // namespace scc_detail
 
 /// A hash map from `K` to `V` whose bucket count is fixed at construction.
@@ -50,10 +69,11 @@ public:
 
   /// One entry, owned by its bucket.
   struct MapNode : SCC_SListNode<MapNode> {
-    MapNode(K const &key, long hash) : m_Key(key), m_Value(), m_Hash(hash) {}
+    MapNode(K const &key, long hash, std::uint32_t check) : m_Key(key), m_Value(), m_Hash(hash), m_Check(check) {}
     K m_Key;
     V m_Value;
-    long m_Hash;  // what the hash function returned for m_Key
+    long m_Hash;            // what the hash function returned for m_Key
+    std::uint32_t m_Check;  // the unreduced text hash of string keys, else 0
   };
   typedef SCC_SList<MapNode, 1, SCC_NullNotifier> Bucket;
 
@@ -110,30 +130,29 @@ public:
   /// Returns that address; null when the key is present (nothing is raised), or
   /// when a hook removed the new entry while being told of it.
   V *Insert(K const &key) {
-    long const hash = hashOf(key);
-    Bucket &bucket = m_Buckets[bucketOf(hash)];
-    if (m_Unique != 0 && findIn(bucket, key, hash) != nullptr) return nullptr;
-    return add(bucket, key, hash);
+    Probe const probe = probeOf(key);
+    Bucket &bucket = m_Buckets[bucketOf(probe.hash)];
+    if (m_Unique != 0 && findIn(bucket, key, probe) != nullptr) return nullptr;
+    return add(bucket, key, probe);
   }
   /// The value of `key`, inserted as by Insert when the key is absent.
   V *FindOrInsert(K const &key) {
-    long const hash = hashOf(key);
-    Bucket &bucket = m_Buckets[bucketOf(hash)];
-    if (MapNode *const node = findIn(bucket, key, hash)) return &node->m_Value;
-    return add(bucket, key, hash);
+    Probe const probe = probeOf(key);
+    Bucket &bucket = m_Buckets[bucketOf(probe.hash)];
+    if (MapNode *const node = findIn(bucket, key, probe)) return &node->m_Value;
+    return add(bucket, key, probe);
   }
   /// The entry of `key`, or null. A `hash` of 0 or more is used instead of hashing
   /// the key (it must be what the hash function gives for it).
   MapNode *Lookup(K const &key, long hash = -1) const {
-    if (hash < 0) hash = hashOf(key);
-    return findIn(m_Buckets[bucketOf(hash)], key, hash);
+    Probe const probe = hash < 0 ? probeOf(key) : Probe{hash, 0, false};
+    return findIn(m_Buckets[bucketOf(probe.hash)], key, probe);
   }
   /// Removes the entry of `key`: raises code 2 with its value's address, then frees
   /// it. Returns 1, or 0 when the key is absent or its entry is already being removed.
   int Remove(K const &key) {
-    long const hash = hashOf(key);
-    Bucket &bucket = m_Buckets[bucketOf(hash)];
-    MapNode *const node = findIn(bucket, key, hash);
+    Probe const probe = probeOf(key);
+    MapNode *const node = findIn(m_Buckets[bucketOf(probe.hash)], key, probe);
     if (node == nullptr) return 0;
     for (InFlight const *flight = m_pInFlight; flight != nullptr; flight = flight->m_pOuter)
       if (flight->m_pNode == node && flight->m_Removing) return 0;
@@ -182,23 +201,41 @@ private:
     bool m_Removing;
   };
 
+  /// What a key is looked up by: its bucket hash and, for string keys under the
+  /// default hash, the unreduced text hash that entries cache beside it.
+  struct Probe {
+    long hash;
+    std::uint32_t check;
+    bool compareCheck;
+  };
+
   static long defaultHash(K const &key, long n) { return SCC_Hash(key, n); }
 
-  long hashOf(K const &key) const {
-    // The default hash is called directly so that it can be inlined.
-    return m_HashFunction == &defaultHash ? defaultHash(key, m_BucketCount) : m_HashFunction(key, m_BucketCount);
+  Probe probeOf(K const &key) const {
+    if (m_HashFunction == &defaultHash) {
+      if constexpr (scc_detail::KeyCheck<K>::kEnabled) {
+        // The default text hash is the unreduced one modulo the bucket count.
+        std::uint32_t const full = scc_detail::KeyCheck<K>::of(key);
+        return {static_cast<long>(full % static_cast<std::uint32_t>(m_BucketCount)), full, true};
+      }
+      return {defaultHash(key, m_BucketCount), 0, false};  // called directly, to be inlined
+    }
+    return {m_HashFunction(key, m_BucketCount), 0, false};
   }
   long bucketOf(long hash) const noexcept {
     if (static_cast<unsigned long>(hash) < static_cast<unsigned long>(m_BucketCount)) return hash;
     return static_cast<long>(static_cast<std::uint32_t>(hash) % static_cast<std::uint32_t>(m_BucketCount));
   }
-  static MapNode *findIn(Bucket const &bucket, K const &key, long hash) {
-    for (MapNode *node = bucket.GetHead(); node != nullptr; node = node->m_Next)
-      if (node->m_Hash == hash && scc_detail::keysEqual(node->m_Key, key)) return node;
+  static MapNode *findIn(Bucket const &bucket, K const &key, Probe const &probe) {
+    for (MapNode *node = bucket.GetHead(); node != nullptr; node = node->m_Next) {
+      if (node->m_Hash == probe.hash && (!probe.compareCheck || node->m_Check == probe.check) &&
+          scc_detail::keysEqual(node->m_Key, key))
+        return node;
+    }
     return nullptr;
   }
-  V *add(Bucket &bucket, K const &key, long hash) {
-    MapNode *const node = bucket.AddHead(new MapNode(key, hash));
+  V *add(Bucket &bucket, K const &key, Probe const &probe) {
+    MapNode *const node = bucket.AddHead(new MapNode(key, probe.hash, probe.check));
     ++m_Count;
     InFlight flight(*this, node, false);
     Notify(1, ParamOf(&node->m_Value));

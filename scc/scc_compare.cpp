@@ -109,4 +109,9 @@ long SCC_Hash(SYS_String const &text, long n) { return n < 1 ? 0 : reduce(textHa
 
 long SCC_Hash(SCC_StrNoCase const &text, long n) { return n < 1 ? 0 : reduce(textHash<true>(text), n); }
 
+std::uint32_t SCC_TextHash(char const *text, int fold) {
+  if (text == nullptr) return 0;
+  return fold != 0 ? textHash<true>(text) : textHash<false>(text);
+}
+
 long SCC_Hash(void *const &address, long n) { return n < 1 ? 0 : reduce(foldAddress(address), n); }
