@@ -53,6 +53,28 @@ struct KeyCheck<SCC_StrNoCase> {
   static std::uint32_t of(SCC_StrNoCase const &key) { return SCC_TextHash(key, 1); }
 };
 
+/// An entry of SCC_Map<K,V>, owned by its bucket. String keys also cache their
+/// unreduced text hash (see KeyCheck); other entries stay as small as they can.
+template <class K, class V, bool checked>
+struct MapNode : SCC_SListNode<MapNode<K, V, checked>> {
+  MapNode(K const &key, long hash, std::uint32_t) : m_Key(key), m_Value(), m_Hash(hash) {}
+  std::uint32_t GetCheck() const noexcept { return 0; }
+
+  K m_Key;
+  V m_Value;
+  long m_Hash;  // what the hash function returned for m_Key
+};
+template <class K, class V>
+struct MapNode<K, V, true> : SCC_SListNode<MapNode<K, V, true>> {
+  MapNode(K const &key, long hash, std::uint32_t check) : m_Key(key), m_Value(), m_Hash(hash), m_Check(check) {}
+  std::uint32_t GetCheck() const noexcept { return m_Check; }
+
+  K m_Key;
+  V m_Value;
+  long m_Hash;            // what the hash function returned for m_Key
+  std::uint32_t m_Check;  // the unreduced text hash under the default hash, else 0
+};
+
 }  // namespace scc_detail
 
 /// A hash map from `K` to `V` whose bucket count is fixed at construction.
@@ -67,14 +89,8 @@ class SCC_Map : public SCC_Notifier {
 public:
   typedef long (*HashFunction)(K const &key, long n);
 
-  /// One entry, owned by its bucket.
-  struct MapNode : SCC_SListNode<MapNode> {
-    MapNode(K const &key, long hash, std::uint32_t check) : m_Key(key), m_Value(), m_Hash(hash), m_Check(check) {}
-    K m_Key;
-    V m_Value;
-    long m_Hash;            // what the hash function returned for m_Key
-    std::uint32_t m_Check;  // the unreduced text hash of string keys, else 0
-  };
+  /// One entry, owned by its bucket: m_Next, m_Key, m_Value, m_Hash.
+  typedef scc_detail::MapNode<K, V, scc_detail::KeyCheck<K>::kEnabled> MapNode;
   typedef SCC_SList<MapNode, 1, SCC_NullNotifier> Bucket;
 
   class _Iterator;
@@ -228,7 +244,7 @@ private:
   }
   static MapNode *findIn(Bucket const &bucket, K const &key, Probe const &probe) {
     for (MapNode *node = bucket.GetHead(); node != nullptr; node = node->m_Next) {
-      if (node->m_Hash == probe.hash && (!probe.compareCheck || node->m_Check == probe.check) &&
+      if (node->m_Hash == probe.hash && (!probe.compareCheck || node->GetCheck() == probe.check) &&
           scc_detail::keysEqual(node->m_Key, key))
         return node;
     }
