@@ -13,6 +13,7 @@
 #include "sys_base.h"
 
 #include <cstdarg>
+#include <cstring>
 
 /// The one string type of the library: positioned, multibyte-aware searches,
 /// in-place editing, trimming, numeric parsing and stream-style appends.
@@ -214,8 +215,10 @@ BFC_API SYS_String operator+(SYS_String const &a, char b);
 BFC_API SYS_String operator+(char a, SYS_String const &b);
 
 // Byte-order comparisons (strcmp); a null `char const *` counts as empty.
+/// Equal lengths and equal bytes, embedded NULs included.
 inline bool operator==(SYS_String const &a, SYS_String const &b) {
-  return a.GetLength() == b.GetLength() && a.Compare(b) == 0;
+  return a.GetLength() == b.GetLength() &&
+         std::memcmp(static_cast<char const *>(a), static_cast<char const *>(b), static_cast<size_t>(a.GetLength())) == 0;
 }
 inline bool operator==(SYS_String const &a, char const *b) { return a.Compare(b) == 0; }
 inline bool operator==(char const *a, SYS_String const &b) { return b.Compare(a) == 0; }

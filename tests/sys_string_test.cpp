@@ -230,6 +230,8 @@ TEST(SysString, Comparison) {
   EXPECT_TRUE("abc" == abc);
   EXPECT_TRUE(abc == SYS_String("abc"));
   EXPECT_TRUE(abc != SYS_String("abc", 2));
+  EXPECT_TRUE(SYS_String("a\0b", 3) != SYS_String("a\0c", 3));  // bytes after a NUL count
+  EXPECT_TRUE(SYS_String("a\0b", 3) == SYS_String("a\0b", 3));
   EXPECT_TRUE(abc < "abd");
   EXPECT_TRUE(abc > "ab");
   EXPECT_TRUE("abb" < abc);
