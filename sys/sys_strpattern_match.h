@@ -1,0 +1,81 @@
+//===- sys/sys_strpattern_match.h - Running pattern byte code on text ---===//
+//
+// A backtracking interpreter over the byte code of sys_strpattern_code.h.
+// It recurses along the structure of the pattern only: repetitions iterate
+// over their occurrences and alternations over their alternatives, so the
+// stack depth does not grow with the text.
+//
+//===------------------------------------------------------------------===//
+#ifndef BFC_SYS_STRPATTERN_MATCH_H
+#define BFC_SYS_STRPATTERN_MATCH_H
+
+#include "sys/sys_strpattern_code.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace sys::pattern {
+
+/// Finds matches of one compiled pattern. Build one per search (or per run of searches,
+/// as Substitute does): it keeps what it learnt about the pattern and scratch space.
+class Matcher {
+public:
+  /// `code` is a non-empty compiled form that outlives the matcher.
+  explicit Matcher(SYS_String const &code);
+
+  /// The byte offset of the leftmost match in NUL-terminated `text` and its length in
+  /// `*length`; -1 (length 0) when there is none. Attempts start at every character but
+  /// the final NUL.
+  int find(char const *text, int *length);
+
+private:
+  /// Where matching goes on once the current stretch of code is used up: the code
+  /// [pc, end), then `next`. Lives on the stack of the alternation that needs it.
+  struct Continuation {
+    Byte const *pc;
+    Byte const *end;
+    Continuation const *next;
+  };
+
+  /// A run of `count` successive occurrences of a repetition, each `step` bytes long.
+  struct Run {
+    std::ptrdiff_t step;
+    std::ptrdiff_t count;
+  };
+
+  /// The end of a match of the code [pc, end) followed by `next`, starting at `tp`; null
+  /// when there is none.
+  char const *run(Byte const *pc, Byte const *end, Continuation const *next, char const *tp);
+  char const *alternation(Byte const *pc, Byte const *end, Continuation const *next, char const *tp);
+  char const *longestFirst(Byte const *pc, Byte const *end, Continuation const *next, char const *tp);
+  char const *shortestFirst(Byte const *pc, Byte const *end, Continuation const *next, char const *tp);
+  /// One occurrence of the atom of the repeated item at `pc`, matched on its own.
+  char const *occurrence(Byte const *pc, char const *tp);
+
+  void learnFirstBytes();
+  bool addFirstBytes(Byte const *pc, Byte const *end);
+  void addFirstByte(unsigned char b) { m_FirstBytes[b >> 6] |= std::uint64_t{1} << (b & 63); }
+  bool isFirstByte(unsigned char b) const { return (m_FirstBytes[b >> 6] >> (b & 63)) & 1; }
+  char const *attempt(char const *at);
+
+  Byte const *m_Code;
+  Byte const *m_CodeEnd;
+  char const *m_Text = nullptr;     // the text given to find
+  char const *m_Attempt = nullptr;  // where the current match attempt started
+  // Runs of the repetitions under way, innermost last; each repetition keeps its latest run
+  // to itself and pushes the older ones here, and pops them all before it returns.
+  std::vector<Run> m_Runs;
+
+  // What is known of where a match can start: only at the start of the text; at any
+  // character; or only at a character whose first byte is in m_FirstBytes.
+  bool m_Anchored = false;
+  bool m_AnyFirst = false;
+  bool m_AsciiFirst = true;   // m_FirstBytes has no byte of 0x80 or above
+  int m_FirstByteCount = 0;
+  unsigned char m_OnlyFirstByte = 0;  // the byte when m_FirstByteCount is 1
+  std::uint64_t m_FirstBytes[4] = {0, 0, 0, 0};
+};
+
+}  // namespace sys::pattern
+
+#endif
