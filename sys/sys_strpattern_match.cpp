@@ -251,7 +251,7 @@ char const *Matcher::longestFirst(Byte const *pc, Byte const *end, Continuation 
       if (following - at == latest.step) {
         ++latest.count;
       } else {
-        m_Runs.push_back(latest);
+        m_Runs.push(latest);
         latest = Run{following - at, 1};
       }
       at = following;
@@ -260,14 +260,13 @@ char const *Matcher::longestFirst(Byte const *pc, Byte const *end, Continuation 
 
   for (;;) {
     if (char const *const found = run(rest, end, next, at)) {
-      m_Runs.resize(mark);
+      m_Runs.truncate(mark);
       return found;
     }
     at -= latest.step;
     if (--latest.count == 0) {
       if (m_Runs.size() == mark) return nullptr;  // back at the start: the first stays taken
-      latest = m_Runs.back();
-      m_Runs.pop_back();
+      latest = m_Runs.pop();
     }
   }
 }

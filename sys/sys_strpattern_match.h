@@ -12,6 +12,7 @@
 #include "sys/sys_strpattern_code.h"
 
 #include <cstddef>
+#include <cstring>
 #include <vector>
 
 namespace sys::pattern {
@@ -43,6 +44,38 @@ private:
     std::ptrdiff_t count;
   };
 
+  /// The older runs of the repetitions under way, innermost last; a repetition keeps its
+  /// latest run to itself and pops its older ones before it returns. A run of one short
+  /// occurrence takes one byte, so even text of mixed character widths costs at most about
+  /// a byte per occurrence.
+  class RunLog {
+  public:
+    size_t size() const { return m_Bytes.size(); }
+    void truncate(size_t size) { m_Bytes.resize(size); }
+    void push(Run const &run) {
+      if (run.count == 1 && run.step > 0 && run.step < kLong) {
+        m_Bytes.push_back(static_cast<unsigned char>(run.step));
+        return;
+      }
+      auto const *const raw = reinterpret_cast<unsigned char const *>(&run);
+      m_Bytes.insert(m_Bytes.end(), raw, raw + sizeof run);
+      m_Bytes.push_back(kLong);
+    }
+    Run pop() {
+      unsigned char const tag = m_Bytes.back();
+      m_Bytes.pop_back();
+      if (tag != kLong) return Run{tag, 1};
+      Run run;
+      std::memcpy(&run, m_Bytes.data() + m_Bytes.size() - sizeof run, sizeof run);
+      m_Bytes.resize(m_Bytes.size() - sizeof run);
+      return run;
+    }
+
+  private:
+    static constexpr unsigned char kLong = 0x80;  // ends a whole Run record
+    std::vector<unsigned char> m_Bytes;
+  };
+
   /// The end of a match of the code [pc, end) followed by `next`, starting at `tp`; null
   /// when there is none.
   char const *run(Byte const *pc, Byte const *end, Continuation const *next, char const *tp);
@@ -62,9 +95,7 @@ private:
   Byte const *m_CodeEnd;
   char const *m_Text = nullptr;     // the text given to find
   char const *m_Attempt = nullptr;  // where the current match attempt started
-  // Runs of the repetitions under way, innermost last; each repetition keeps its latest run
-  // to itself and pushes the older ones here, and pops them all before it returns.
-  std::vector<Run> m_Runs;
+  RunLog m_Runs;
 
   // What is known of where a match can start: only at the start of the text; at any
   // character; or only at a character whose first byte is in m_FirstBytes.
