@@ -61,6 +61,28 @@ inline bool isClassLetter(char c) {
   }
 }
 
+// ASCII classification, independent of the C library's locale.
+inline bool isDigit(unsigned char b) { return b >= '0' && b <= '9'; }
+inline bool isLower(unsigned char b) { return b >= 'a' && b <= 'z'; }
+inline bool isUpper(unsigned char b) { return b >= 'A' && b <= 'Z'; }
+inline bool isAlpha(unsigned char b) { return isLower(b) || isUpper(b); }
+inline bool isHexDigit(unsigned char b) { return isDigit(b) || (b >= 'a' && b <= 'f') || (b >= 'A' && b <= 'F'); }
+inline bool isSpace(unsigned char b) { return b == ' ' || (b >= '\t' && b <= '\r'); }
+
+/// Whether the byte is in the one-character class `letter` (not h, n or z); ASCII only, so
+/// a byte of 0x80 or above (and the NUL) is in none.
+inline bool inClass(Byte letter, unsigned char b) {
+  switch (letter) {
+    case 'a': return isAlpha(b) || isDigit(b);
+    case 'b': return isSpace(b);
+    case 'c': return isAlpha(b);
+    case 'd': return isDigit(b);
+    case 'l': return isLower(b);
+    case 'u': return isUpper(b);
+    default: return isHexDigit(b);  // 'x'
+  }
+}
+
 /// Byte count of the character of a "c" atom. What follows it in the code is an opcode or
 /// the end (ASCII or NUL), so the character never runs on into the next byte.
 inline int codeCharLength(Byte const *ch) {
@@ -73,7 +95,7 @@ inline Byte const *skipList(Byte const *pc);
 /// The code after the atom at `pc`.
 inline Byte const *skipAtom(Byte const *pc) {
   switch (*pc) {
-    case kChar: return pc + 1 + codeCharLength(pc + 1);
+    case kChar: return pc + (pc[1] < 0x80 ? 2 : 1 + codeCharLength(pc + 1));
     case kClass: return pc + 2;
     case kSet: case kNotSet: return pc + 2 + pc[1];
     case kGroup: return skipList(pc + 1);

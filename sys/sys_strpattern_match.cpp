@@ -10,31 +10,8 @@
 
 #include "sys_strutil.h"
 
-#include <cstring>
-
 namespace sys::pattern {
 namespace {
-
-bool isDigit(unsigned char b) { return b >= '0' && b <= '9'; }
-bool isLower(unsigned char b) { return b >= 'a' && b <= 'z'; }
-bool isUpper(unsigned char b) { return b >= 'A' && b <= 'Z'; }
-bool isAlpha(unsigned char b) { return isLower(b) || isUpper(b); }
-bool isHexDigit(unsigned char b) { return isDigit(b) || (b >= 'a' && b <= 'f') || (b >= 'A' && b <= 'F'); }
-bool isSpace(unsigned char b) { return b == ' ' || (b >= '\t' && b <= '\r'); }
-
-/// Whether the byte is in the one-character class `letter`; ASCII only, so a byte of 0x80
-/// or above (and the NUL) is in none.
-bool inClass(Byte letter, unsigned char b) {
-  switch (letter) {
-    case 'a': return isAlpha(b) || isDigit(b);
-    case 'b': return isSpace(b);
-    case 'c': return isAlpha(b);
-    case 'd': return isDigit(b);
-    case 'l': return isLower(b);
-    case 'u': return isUpper(b);
-    default: return isHexDigit(b);  // 'x'
-  }
-}
 
 /// Whether the character of `length` bytes at `ch` is among the `count` member bytes.
 bool isMember(Byte const *members, int count, char const *ch, int length) {
@@ -92,29 +69,11 @@ char const *stepAtom(Byte const *pc, char const *tp) {
   }
 }
 
-/// The ASCII bytes a match of class `letter` can start with, as two 64-bit words.
-std::uint64_t const *classFirstBytes(Byte letter) {
-  struct Table {
-    std::uint64_t bytes[128][2] = {};
-    Table() {
-      for (char const letter : {'a', 'b', 'c', 'd', 'h', 'l', 'n', 'u', 'x', 'z'}) {
-        for (int b = 1; b < 0x80; ++b) {
-          auto const c = static_cast<unsigned char>(b);
-          bool const sign = c == '+' || c == '-';
-          bool starts;
-          switch (letter) {
-            case 'h': starts = sign || isHexDigit(c); break;
-            case 'n': starts = sign || c == '.' || isDigit(c); break;
-            case 'z': starts = sign || isDigit(c); break;
-            default: starts = inClass(static_cast<Byte>(letter), c); break;
-          }
-          if (starts) bytes[static_cast<int>(letter)][b >> 6] |= std::uint64_t{1} << (b & 63);
-        }
-      }
-    }
-  };
-  static Table const table;
-  return table.bytes[letter & 0x7F];
+/// The ASCII byte that the code at `pc` must match first when it starts with a plain
+/// character (within [pc, end)), else NUL: a quick test that spares running code that
+/// must fail.
+char leadingLiteral(Byte const *pc, Byte const *end) {
+  return pc < end && pc[0] == kChar && pc[1] < 0x80 ? static_cast<char>(pc[1]) : '\0';
 }
 
 }  // namespace
@@ -122,7 +81,7 @@ std::uint64_t const *classFirstBytes(Byte letter) {
 Matcher::Matcher(SYS_String const &code)
     : m_Code(reinterpret_cast<Byte const *>(static_cast<char const *>(code))),
       m_CodeEnd(m_Code + code.GetLength()) {
-  learnFirstBytes();
+  learn();
 }
 
 int Matcher::find(char const *text, int *length) {
@@ -131,24 +90,35 @@ int Matcher::find(char const *text, int *length) {
   m_Text = text;
   char const *at = text;
   char const *end = nullptr;
+  // No attempt can match from where the rest of the text lacks the required byte on.
+  char const *required = nullptr;  // the next required byte at or after `at`
+  auto const mayMatch = [&](char const *from) {
+    if (m_RequiredByte == '\0' || (required != nullptr && required >= from)) return true;
+    required = std::strchr(from, m_RequiredByte);
+    return required != nullptr;
+  };
   if (m_Anchored) {
-    end = attempt(at);
+    if (mayMatch(at)) end = attempt(at);
   } else if (m_AnyFirst) {
-    for (; *at != '\0'; at = plat::nextChar(at)) {
+    for (; *at != '\0' && mayMatch(at); at = plat::nextChar(at)) {
       if ((end = attempt(at)) != nullptr) break;
     }
   } else if (m_FirstByteCount == 1 && m_AsciiFirst) {
     // An ASCII byte found by a byte search is always the start of a character.
-    for (; (at = std::strchr(at, m_OnlyFirstByte)) != nullptr; ++at) {
+    for (; (at = std::strchr(at, m_OnlyFirstByte)) != nullptr && mayMatch(at); ++at) {
       if ((end = attempt(at)) != nullptr) break;
     }
   } else if (m_AsciiFirst) {
     for (; *at != '\0'; ++at) {
-      if (isFirstByte(static_cast<unsigned char>(*at)) && (end = attempt(at)) != nullptr) break;
+      if (!isFirstByte(static_cast<unsigned char>(*at))) continue;
+      if (!mayMatch(at)) break;
+      if ((end = attempt(at)) != nullptr) break;
     }
   } else {
     for (; *at != '\0'; at = plat::nextChar(at)) {
-      if (isFirstByte(static_cast<unsigned char>(*at)) && (end = attempt(at)) != nullptr) break;
+      if (!isFirstByte(static_cast<unsigned char>(*at))) continue;
+      if (!mayMatch(at)) break;
+      if ((end = attempt(at)) != nullptr) break;
     }
   }
   if (end == nullptr) return -1;
@@ -165,7 +135,7 @@ char const *Matcher::run(Byte const *pc, Byte const *end, Continuation const *ne
   for (;;) {
     if (pc == end) {
       if (next == nullptr) return tp;
-      pc = next->pc;
+      pc = next->resume();
       end = next->end;
       next = next->next;
       continue;
@@ -193,7 +163,7 @@ char const *Matcher::run(Byte const *pc, Byte const *end, Continuation const *ne
       case kShortestOrNone:
         return shortestFirst(pc, end, next, tp);
       default:
-        tp = stepAtom(pc, tp);
+        tp = step(pc, tp);
         if (tp == nullptr) return nullptr;
         pc = skipAtom(pc);
         break;
@@ -204,14 +174,18 @@ char const *Matcher::run(Byte const *pc, Byte const *end, Continuation const *ne
 // Every alternative is followed by what comes after the whole list; the match that ends
 // furthest wins, and one that reaches the end of the text cannot be beaten.
 char const *Matcher::alternation(Byte const *pc, Byte const *end, Continuation const *next, char const *tp) {
-  Continuation const after{skipList(pc), end, next};
+  Continuation const after{nullptr, end, next, nullptr};
   char const *best = nullptr;
   while (*pc == kAlternation) {
     Byte const *const stop = skipSequence(pc + 1);
-    char const *const found = run(pc + 1, stop, &after, tp);
-    if (found != nullptr && (best == nullptr || found > best)) {
-      if (*found == '\0') return found;
-      best = found;
+    after.walkFrom = stop + 1;
+    char const literal = leadingLiteral(pc + 1, stop);
+    if (literal == '\0' || literal == *tp) {
+      char const *const found = run(pc + 1, stop, &after, tp);
+      if (found != nullptr && (best == nullptr || found > best)) {
+        if (*found == '\0') return found;
+        best = found;
+      }
     }
     pc = stop + 1;
   }
@@ -222,7 +196,15 @@ char const *Matcher::alternation(Byte const *pc, Byte const *end, Continuation c
 
 char const *Matcher::occurrence(Byte const *pc, char const *tp) {
   Byte const *const atom = pc + 2;
-  return *atom == kGroup ? run(atom, atom + pc[1], nullptr, tp) : stepAtom(atom, tp);
+  return *atom == kGroup ? run(atom, atom + pc[1], nullptr, tp) : step(atom, tp);
+}
+
+char const *Matcher::step(Byte const *pc, char const *tp) {
+  auto const b = static_cast<unsigned char>(*tp);
+  if ((*pc == kSet || *pc == kNotSet) && b != 0 && b < 0x80) {
+    if (SetTable const *const table = knownSetTable(pc)) return table->has(b) == (*pc == kSet) ? tp + 1 : nullptr;
+  }
+  return stepAtom(pc, tp);
 }
 
 // "*" and "+": take occurrences while the atom matches (an empty one ends the repetition),
@@ -245,8 +227,19 @@ char const *Matcher::longestFirst(Byte const *pc, Byte const *end, Continuation 
     latest.count += stop - at;
     at = stop;
   } else {
-    for (;;) {
-      char const *const following = occurrence(pc, at);
+    // A set tests ASCII characters in a table once the run is long enough to pay for it.
+    bool const isSet = atom[0] == kSet || atom[0] == kNotSet;
+    bool const inSet = atom[0] == kSet;
+    SetTable const *table = isSet ? knownSetTable(atom) : nullptr;
+    for (int taken = 1;; ++taken) {
+      if (isSet && table == nullptr && taken == 8) table = setTable(atom);
+      auto const b = static_cast<unsigned char>(*at);
+      char const *following;
+      if (table != nullptr && b != 0 && b < 0x80) {
+        following = table->has(b) == inSet ? at + 1 : nullptr;
+      } else {
+        following = occurrence(pc, at);
+      }
       if (following == nullptr || following == at) break;
       if (following - at == latest.step) {
         ++latest.count;
@@ -258,10 +251,30 @@ char const *Matcher::longestFirst(Byte const *pc, Byte const *end, Continuation 
     }
   }
 
+  // When the rest starts with a plain character, only ends of occurrences followed by it
+  // are worth a try; in a run of one-byte steps a byte search finds them.
+  char const literal = leadingLiteral(rest, end);
   for (;;) {
-    if (char const *const found = run(rest, end, next, at)) {
-      m_Runs.truncate(mark);
-      return found;
+    bool worthTrying = true;
+    if (literal != '\0' && latest.step == 1) {
+      char const *const low = at - (latest.count - 1);
+      auto const *const hit = static_cast<char const *>(memrchr(low, literal, static_cast<size_t>(at - low) + 1));
+      if (hit == nullptr) {
+        latest.count = 1;
+        at = low;
+        worthTrying = false;
+      } else {
+        latest.count -= at - hit;
+        at = hit;
+      }
+    } else if (literal != '\0') {
+      worthTrying = *at == literal;
+    }
+    if (worthTrying) {
+      if (char const *const found = run(rest, end, next, at)) {
+        m_Runs.truncate(mark);
+        return found;
+      }
     }
     at -= latest.step;
     if (--latest.count == 0) {
@@ -277,92 +290,15 @@ char const *Matcher::shortestFirst(Byte const *pc, Byte const *end, Continuation
   Byte const *const rest = pc + 2 + pc[1];
   char const *at = occurrence(pc, tp);
   if (at == nullptr) return *pc == kShortestOrNone ? run(rest, end, next, tp) : nullptr;
+  char const literal = leadingLiteral(rest, end);
   for (;;) {
-    if (char const *const found = run(rest, end, next, at)) return found;
+    if (literal == '\0' || *at == literal) {
+      if (char const *const found = run(rest, end, next, at)) return found;
+    }
     char const *const following = occurrence(pc, at);
     if (following == nullptr || following == at) return nullptr;
     at = following;
   }
-}
-
-// Where a match can start, learnt once from the code: lets find skip positions whose first
-// byte no match can begin with, and stop after the first attempt when every alternative is
-// anchored.
-void Matcher::learnFirstBytes() {
-  m_Anchored = true;
-  for (Byte const *pc = m_Code;;) {
-    bool const last = *pc != kAlternation;
-    Byte const *const start = last ? pc : pc + 1;
-    if (*start != kStart) m_Anchored = false;
-    if (last) break;
-    pc = skipSequence(start) + 1;
-  }
-  if (addFirstBytes(m_Code, m_CodeEnd)) m_AnyFirst = true;  // a match can be empty
-  m_AsciiFirst = (m_FirstBytes[2] | m_FirstBytes[3]) == 0;
-  for (int word = 0; word < 4; ++word) {
-    if (m_FirstBytes[word] == 0) continue;
-    m_FirstByteCount += __builtin_popcountll(m_FirstBytes[word]);
-    m_OnlyFirstByte = static_cast<unsigned char>(word * 64 + __builtin_ctzll(m_FirstBytes[word]));
-  }
-}
-
-// Adds the first bytes of what the code [pc, end) can match; true when it can match the
-// empty string, so that what follows it counts too.
-bool Matcher::addFirstBytes(Byte const *pc, Byte const *end) {
-  while (pc < end) {
-    switch (*pc) {
-      case kGroup:
-      case kEndOfAlternative:
-      case kStart:
-        ++pc;
-        break;
-      case kAlternation: {
-        Byte const *const after = skipList(pc);
-        bool empty = false;
-        while (*pc == kAlternation) {
-          Byte const *const stop = skipSequence(pc + 1);
-          empty |= addFirstBytes(pc + 1, stop);
-          pc = stop + 1;
-        }
-        empty |= addFirstBytes(pc, after);
-        if (!empty) return false;
-        pc = after;
-        break;
-      }
-      case kStar:
-      case kPlus:
-      case kOptional:
-      case kShortest:
-      case kShortestOrNone: {
-        Byte const *const rest = pc + 2 + pc[1];
-        bool const empty = addFirstBytes(pc + 2, rest);
-        if (!empty && (*pc == kPlus || *pc == kShortest)) return false;
-        pc = rest;
-        break;
-      }
-      case kChar:
-        addFirstByte(pc[1]);
-        return false;
-      case kEnd:
-        return false;  // the end of the text is never where an attempt starts
-      case kClass: {
-        std::uint64_t const *const bytes = classFirstBytes(pc[1]);
-        m_FirstBytes[0] |= bytes[0];
-        m_FirstBytes[1] |= bytes[1];
-        return false;
-      }
-      case kSet: {
-        char const *const members = reinterpret_cast<char const *>(pc + 2);
-        char const *const stop = members + pc[1];
-        for (char const *m = members; m < stop; m += plat::charLength(m, stop)) addFirstByte(static_cast<unsigned char>(*m));
-        return false;
-      }
-      default:  // ".", "]"
-        m_AnyFirst = true;
-        return false;
-    }
-  }
-  return true;
 }
 
 }  // namespace sys::pattern

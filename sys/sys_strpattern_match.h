@@ -17,25 +17,31 @@
 
 namespace sys::pattern {
 
-/// Finds matches of one compiled pattern. Build one per search (or per run of searches,
-/// as Substitute does): it keeps what it learnt about the pattern and scratch space.
+/// Finds matches of one compiled pattern. Build one per search, or per run of searches as
+/// Substitute does: it learns where matches can start once, and keeps scratch space.
 class Matcher {
 public:
   /// `code` is a non-empty compiled form that outlives the matcher.
   explicit Matcher(SYS_String const &code);
 
   /// The byte offset of the leftmost match in NUL-terminated `text` and its length in
-  /// `*length`; -1 (length 0) when there is none. Attempts start at every character but
-  /// the final NUL.
+  /// `*length` (which may be null); -1 and length 0 when there is none. Attempts start at
+  /// every character but the final NUL.
   int find(char const *text, int *length);
 
 private:
   /// Where matching goes on once the current stretch of code is used up: the code
-  /// [pc, end), then `next`. Lives on the stack of the alternation that needs it.
+  /// [pc, end), then `next`. An alternation's continuation finds its `pc`, the end of its
+  /// list, only when an alternative first gets there (walking on from `walkFrom`).
   struct Continuation {
-    Byte const *pc;
+    mutable Byte const *pc;
     Byte const *end;
     Continuation const *next;
+    mutable Byte const *walkFrom;
+    Byte const *resume() const {
+      if (pc == nullptr) pc = skipList(walkFrom);
+      return pc;
+    }
   };
 
   /// A run of `count` successive occurrences of a repetition, each `step` bytes long.
@@ -76,6 +82,16 @@ private:
     std::vector<unsigned char> m_Bytes;
   };
 
+  /// The ASCII members of one set as a 128-bit table.
+  struct SetTable {
+    Byte const *set;
+    std::uint64_t bits[2];
+    bool asciiOnly;  // no member has a byte of 0x80 or above
+    bool has(unsigned char b) const { return (bits[b >> 6] >> (b & 63)) & 1; }
+  };
+
+  // Matching (sys_strpattern_match.cpp).
+  char const *attempt(char const *at);
   /// The end of a match of the code [pc, end) followed by `next`, starting at `tp`; null
   /// when there is none.
   char const *run(Byte const *pc, Byte const *end, Continuation const *next, char const *tp);
@@ -84,12 +100,20 @@ private:
   char const *shortestFirst(Byte const *pc, Byte const *end, Continuation const *next, char const *tp);
   /// One occurrence of the atom of the repeated item at `pc`, matched on its own.
   char const *occurrence(Byte const *pc, char const *tp);
+  /// The one-position atom at `pc` at `tp`: the end of what it takes, or null.
+  char const *step(Byte const *pc, char const *tp);
 
-  void learnFirstBytes();
+  // What is learnt of the pattern before searching (sys_strpattern_start.cpp).
+  void learn();
   bool addFirstBytes(Byte const *pc, Byte const *end);
   void addFirstByte(unsigned char b) { m_FirstBytes[b >> 6] |= std::uint64_t{1} << (b & 63); }
   bool isFirstByte(unsigned char b) const { return (m_FirstBytes[b >> 6] >> (b & 63)) & 1; }
-  char const *attempt(char const *at);
+  void learnRequiredByte();
+  /// The table of the set at `set` when one was built, else null.
+  SetTable const *knownSetTable(Byte const *set) const;
+  /// The table of the set at `set`, built now if need be; null when every table is taken
+  /// (the members are then searched).
+  SetTable const *setTable(Byte const *set);
 
   Byte const *m_Code;
   Byte const *m_CodeEnd;
@@ -97,14 +121,20 @@ private:
   char const *m_Attempt = nullptr;  // where the current match attempt started
   RunLog m_Runs;
 
-  // What is known of where a match can start: only at the start of the text; at any
-  // character; or only at a character whose first byte is in m_FirstBytes.
+  static constexpr int kSetTables = 8;
+  SetTable m_SetTables[kSetTables];
+  int m_SetTableCount = 0;
+
+  // Where a match can start: only at the start of the text; at any character; or only at
+  // a character whose first byte is in m_FirstBytes.
   bool m_Anchored = false;
   bool m_AnyFirst = false;
-  bool m_AsciiFirst = true;   // m_FirstBytes has no byte of 0x80 or above
-  int m_FirstByteCount = 0;
+  bool m_AsciiFirst = true;          // m_FirstBytes has no byte of 0x80 or above
+  int m_FirstByteCount = 0;          // 0, 1, or 2 for more than one
   unsigned char m_OnlyFirstByte = 0;  // the byte when m_FirstByteCount is 1
   std::uint64_t m_FirstBytes[4] = {0, 0, 0, 0};
+  // An ASCII byte that every match contains after its start (NUL when none is known).
+  char m_RequiredByte = 0;
 };
 
 }  // namespace sys::pattern

@@ -283,6 +283,33 @@ TEST(StrPatternMatch, MultibyteCharacters) {
   expectMatches(std::begin(cases), std::end(cases));
 }
 
+// Long runs: a set is tested through a bit table once a run is long, the rest of the
+// pattern is tried only where its first character stands, and a byte that every match
+// needs ends the search early; none of it changes a result.
+TEST(StrPatternMatch, LongRunsAndShortcuts) {
+  MatchCase const cases[] = {
+      {"[aé]+x", "zaéaéaéaéaéaéaéaéaéx", 1, 28},
+      {"[aé]+", "aaaaaaaaaaé", 0, 12},
+      {"[^é]+", "abcdefghijklmnoébc", 0, 15},
+      {"[^é]+é", "abcdefghijklmnoébc", 0, 17},
+      {"[a-c]*c", "abcabcabcabcabcx", 0, 15},
+      {"[a-c]*c", "abababababababab", -1, 0},
+      {"[a-c]+a", "cbcbcbcbcbcbcbcbcba", 0, 19},
+      {".*é", "aéaaaaaaaaaaaaaaa", 0, 3},
+      {".*a", "éaéééééééééééééé", 0, 3},
+      {"(ab)*a", "abababababababababx", 0, 17},
+      {"a.#_", "a1234567890_b", 0, 12},
+      {"[A-Z]+_[A-Z0-9]+", "NET VCC_3V3 R1", 4, 7},
+      {"[A-Z]+_[A-Z0-9]+", "NET GND R1_", -1, 0},   // "_" needs a letter after it
+      {"[A-Z]+_", "NET GND R1", -1, 0},
+      {"x:d+_", "x1_ x12345678901_", 0, 3},
+      {"VCC|GND|VDD", "NET VDD_CORE", 4, 3},
+      {"ab|a|abc", "xabd", 1, 2},
+      {"(ab|a)c", "xabd xac", 6, 2},
+  };
+  expectMatches(std::begin(cases), std::end(cases));
+}
+
 // Empty text and null text give -1 and length 0; a null length pointer is allowed.
 TEST(StrPatternMatch, EmptyNullAndEmptyPattern) {
   int length = 9;
