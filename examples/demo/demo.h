@@ -13,5 +13,6 @@
 inline void demoHeading(char const *title) { std::printf("\n== %s ==\n", title); }
 
 void demoText();
+void demoPatterns();
 
 #endif

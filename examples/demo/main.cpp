@@ -9,6 +9,7 @@
 int main() {
   std::printf("BFC demo host\n");
   demoText();
+  demoPatterns();
   std::printf("\nDemo finished.\n");
   return 0;
 }
