@@ -16,8 +16,7 @@ namespace {
 char const *const kNets[] = {"VCC", "VCC3", "GND", "GND2", "GND-1", "AGND", "VCC_IO", "DDR_DQ7", "RESET_N", "CLK_100M"};
 
 /// The compiled form, bytes that are not printable (most length and count bytes) shown in
-/// hexadecimal. Only an empty
-/// set puts a NUL byte into a form, and the patterns here have none.
+/// hexadecimal. Only an empty set puts a NUL byte into a form; these patterns have none.
 std::string showCode(char const *pattern) {
   SYS_StrPattern const p(pattern);
   std::string shown;
