@@ -90,9 +90,16 @@ int Matcher::find(char const *text, int *length) {
   m_Text = text;
   char const *at = text;
   char const *end = nullptr;
-  // No attempt can match from where the rest of the text lacks the required byte on.
+  // No attempt can match from where the rest of the text lacks the required byte on. It
+  // is learnt once an attempt has failed: only then can it save work.
+  bool firstAttempt = true;
   char const *required = nullptr;  // the next required byte at or after `at`
   auto const mayMatch = [&](char const *from) {
+    if (firstAttempt) {
+      firstAttempt = false;
+      return true;
+    }
+    if (!m_RequiredByteKnown) learnRequiredByte();
     if (m_RequiredByte == '\0' || (required != nullptr && required >= from)) return true;
     required = std::strchr(from, m_RequiredByte);
     return required != nullptr;
@@ -103,9 +110,13 @@ int Matcher::find(char const *text, int *length) {
     for (; *at != '\0' && mayMatch(at); at = plat::nextChar(at)) {
       if ((end = attempt(at)) != nullptr) break;
     }
-  } else if (m_FirstByteCount == 1 && m_AsciiFirst) {
+  } else if (m_FirstByteCount == 1) {
     // An ASCII byte found by a byte search is always the start of a character.
-    for (; (at = std::strchr(at, m_OnlyFirstByte)) != nullptr && mayMatch(at); ++at) {
+    for (; (at = std::strchr(at, m_FewFirstBytes[0])) != nullptr && mayMatch(at); ++at) {
+      if ((end = attempt(at)) != nullptr) break;
+    }
+  } else if (m_FirstByteCount <= kFewFirstBytes && m_AsciiFirst) {
+    for (; (at = std::strpbrk(at, m_FewFirstBytes)) != nullptr && mayMatch(at); ++at) {
       if ((end = attempt(at)) != nullptr) break;
     }
   } else if (m_AsciiFirst) {

@@ -129,11 +129,16 @@ private:
   // a character whose first byte is in m_FirstBytes.
   bool m_Anchored = false;
   bool m_AnyFirst = false;
-  bool m_AsciiFirst = true;          // m_FirstBytes has no byte of 0x80 or above
-  int m_FirstByteCount = 0;          // 0, 1, or 2 for more than one
-  unsigned char m_OnlyFirstByte = 0;  // the byte when m_FirstByteCount is 1
+  bool m_AsciiFirst = true;  // m_FirstBytes has no byte of 0x80 or above
   std::uint64_t m_FirstBytes[4] = {0, 0, 0, 0};
-  // An ASCII byte that every match contains after its start (NUL when none is known).
+  // For ASCII first bytes: how many there are (counted up to one more than kFewFirstBytes)
+  // and, when they are few, the bytes themselves as a NUL-terminated text.
+  static constexpr int kFewFirstBytes = 4;
+  int m_FirstByteCount = 0;
+  char m_FewFirstBytes[kFewFirstBytes + 1] = {};
+  // An ASCII byte that every match contains after its start (NUL when none is known);
+  // learnt on first need.
+  bool m_RequiredByteKnown = false;
   char m_RequiredByte = 0;
 };
 

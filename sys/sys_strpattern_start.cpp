@@ -39,36 +39,28 @@ std::uint64_t const *classFirstBytes(Byte letter) {
 }  // namespace
 
 void Matcher::learn() {
-  bool empty = false;  // whether a match can be empty, and so start anywhere
-  if (*m_Code == kAlternation) {
+  // Anchored when every alternative starts with "^"; the walk is needed only when the
+  // first one does.
+  if (*m_Code == kStart) {
+    m_Anchored = true;
+  } else if (*m_Code == kAlternation && m_Code[1] == kStart) {
     m_Anchored = true;
     Byte const *pc = m_Code;
-    while (*pc == kAlternation) {
-      Byte const *const stop = skipSequence(pc + 1);
-      m_Anchored = m_Anchored && pc[1] == kStart;
-      empty |= addFirstBytes(pc + 1, stop);
-      pc = stop + 1;
-    }
+    for (; *pc == kAlternation && m_Anchored; pc = skipSequence(pc + 1) + 1) m_Anchored = pc[1] == kStart;
     m_Anchored = m_Anchored && *pc == kStart;
-    empty |= addFirstBytes(pc, m_CodeEnd);
-  } else {
-    m_Anchored = *m_Code == kStart;
-    empty = addFirstBytes(m_Code, m_CodeEnd);
   }
-  if (empty) m_AnyFirst = true;
+  if (addFirstBytes(m_Code, m_CodeEnd)) m_AnyFirst = true;  // a match can be empty
 
   m_AsciiFirst = (m_FirstBytes[2] | m_FirstBytes[3]) == 0;
-  for (int word = 0; word < 4; ++word) {
-    std::uint64_t const bits = m_FirstBytes[word];
-    if (bits == 0) continue;
-    if (m_FirstByteCount == 0 && (bits & (bits - 1)) == 0) {
-      m_FirstByteCount = 1;
-      m_OnlyFirstByte = static_cast<unsigned char>(word * 64 + __builtin_ctzll(bits));
-    } else {
-      m_FirstByteCount = 2;
+  if (m_AnyFirst || !m_AsciiFirst) return;
+  // Up to four first bytes are searched for together.
+  for (int word = 0; word < 2; ++word) {
+    for (std::uint64_t bits = m_FirstBytes[word]; bits != 0 && m_FirstByteCount <= kFewFirstBytes; bits &= bits - 1) {
+      if (m_FirstByteCount < kFewFirstBytes) m_FewFirstBytes[m_FirstByteCount] = static_cast<char>(word * 64 + __builtin_ctzll(bits));
+      ++m_FirstByteCount;
     }
   }
-  if (*m_Code != kAlternation) learnRequiredByte();
+  if (m_FirstByteCount <= kFewFirstBytes) m_FewFirstBytes[m_FirstByteCount] = '\0';
 }
 
 // Adds the first bytes of what the code [pc, end) can match; true when it can match the
@@ -150,6 +142,8 @@ bool Matcher::addFirstBytes(Byte const *pc, Byte const *end) {
 // character outside optional repetitions, preferring one that cannot also be the first
 // byte (an attempt starts at that byte anyway).
 void Matcher::learnRequiredByte() {
+  m_RequiredByteKnown = true;
+  if (*m_Code == kAlternation) return;
   Byte const *pc = m_Code;
   if (*pc == kStart) ++pc;
   for (; *pc != kEndOfAlternative; pc = skipItem(pc)) {
@@ -159,10 +153,10 @@ void Matcher::learnRequiredByte() {
       atom = pc + 2;
     }
     if (atom[0] != kChar || atom[1] >= 0x80) continue;
-    bool const firstAnyway = m_FirstByteCount == 1 && atom[1] == m_OnlyFirstByte;
+    bool const firstAnyway = m_FirstByteCount == 1 && atom[1] == static_cast<Byte>(m_FewFirstBytes[0]);
     if (!firstAnyway || m_RequiredByte == '\0') m_RequiredByte = static_cast<char>(atom[1]);
   }
-  if (m_FirstByteCount == 1 && static_cast<unsigned char>(m_RequiredByte) == m_OnlyFirstByte) m_RequiredByte = '\0';
+  if (m_FirstByteCount == 1 && m_RequiredByte == m_FewFirstBytes[0]) m_RequiredByte = '\0';
 }
 
 Matcher::SetTable const *Matcher::knownSetTable(Byte const *set) const {
