@@ -173,6 +173,14 @@ char const *Matcher::run(Byte const *pc, Byte const *end, Continuation const *ne
       case kShortest:
       case kShortestOrNone:
         return shortestFirst(pc, end, next, tp);
+      case kChar:
+        if (pc[1] < 0x80) {  // a plain ASCII character, the most common atom
+          if (*tp != static_cast<char>(pc[1])) return nullptr;
+          ++tp;
+          pc += 2;
+          break;
+        }
+        [[fallthrough]];
       default:
         tp = step(pc, tp);
         if (tp == nullptr) return nullptr;
