@@ -6,6 +6,7 @@
 #include "plat_error.h"
 #include "sys_string.h"
 #include "sys_strutil.h"
+#include "sys_strpattern.h"
 #include "sys_exception.h"
 #include "ssm_report.h"
 #include "ssm.h"

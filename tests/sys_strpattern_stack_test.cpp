@@ -1,0 +1,184 @@
+//===- tests/sys_strpattern_stack_test.cpp - Long texts, small stacks ---===//
+//
+// Repetitions over millions of occurrences and alternations of thousands of
+// alternatives run on a thread with a 256 KiB stack: a matcher that recursed
+// once per occurrence or per alternative would overflow it at once.
+//
+//===------------------------------------------------------------------===//
+#include "bfc.h"
+
+#include <gtest/gtest.h>
+
+#include <pthread.h>
+
+#include <functional>
+#include <string>
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__)
+// Under the sanitizers every step is several times slower: a shorter text still has far
+// more occurrences than any stack has room for frames.
+constexpr size_t kLongText = size_t{4} << 20;
+#else
+constexpr size_t kLongText = size_t{64} << 20;
+#endif
+
+constexpr size_t kSmallStack = 256 * 1024;
+
+/// Runs `work` to its end on a fresh thread with a stack of `stackBytes`.
+void runOnSmallStack(std::function<void()> const &work, size_t stackBytes = kSmallStack) {
+  pthread_attr_t attributes;
+  ASSERT_EQ(pthread_attr_init(&attributes), 0);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, stackBytes), 0);
+  pthread_t thread;
+  auto const body = [](void *argument) -> void * {
+    (*static_cast<std::function<void()> const *>(argument))();
+    return nullptr;
+  };
+  ASSERT_EQ(pthread_create(&thread, &attributes, body, const_cast<std::function<void()> *>(&work)), 0);
+  ASSERT_EQ(pthread_join(thread, nullptr), 0);
+  pthread_attr_destroy(&attributes);
+}
+
+struct Found {
+  int offset = -2;
+  int length = -2;
+};
+
+}  // namespace
+
+// Greedy and shortest repetitions over a text of one repeated character iterate over their
+// occurrences: the whole text matches, given back where the rest of the pattern needs it.
+// A group matches each occurrence on its own, which costs more per occurrence: an eighth of
+// the text is still millions of occurrences.
+TEST(StrPatternLongText, RepetitionsOverOneRepeatedCharacter) {
+  std::string const text(kLongText, 'a');
+  struct Case {
+    char const *pattern;
+    size_t size;
+  } const cases[] = {
+      {"a*", kLongText},
+      {"a*a", kLongText},      // the last occurrence is given back
+      {"a+a$", kLongText},
+      {".+$", kLongText},
+      {"a@$", kLongText},      // the rest is tried after every occurrence
+      {"[ab]@$", kLongText / 8},
+      {"(a)*$", kLongText / 8},
+      {"(b|a)+$", kLongText / 8},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.pattern);
+    char const *const tail = text.c_str() + (kLongText - c.size);
+    Found found;
+    runOnSmallStack([&] { found.offset = SYS_StrPattern(c.pattern).Match(tail, &found.length); });
+    EXPECT_EQ(found.offset, 0);
+    EXPECT_EQ(found.length, static_cast<int>(c.size));
+  }
+}
+
+// Occurrences of different widths (one- and two-byte characters) are given back exactly,
+// through runs of equal steps, far from where they were taken.
+TEST(StrPatternLongText, GivesBackOccurrencesOfMixedWidths) {
+  std::string text;
+  text.reserve(kLongText / 16 + 8);
+  while (text.size() < kLongText / 16) text += "a\xC3\xA9" "bb\xC3\xA9";
+  std::string const withTail = text + "xyz";
+  int const size = static_cast<int>(text.size());
+  Found all, backToX, backToE;
+  runOnSmallStack([&] {
+    all.offset = SYS_StrPattern(".*").Match(text.c_str(), &all.length);
+    backToX.offset = SYS_StrPattern(".*x").Match(withTail.c_str(), &backToX.length);
+    // Given back over "xyz" and the last "é" (two bytes in one step).
+    backToE.offset = SYS_StrPattern("a.*éxyz").Match(withTail.c_str(), &backToE.length);
+  });
+  EXPECT_EQ(all.offset, 0);
+  EXPECT_EQ(all.length, size);
+  EXPECT_EQ(backToX.offset, 0);
+  EXPECT_EQ(backToX.length, size + 1);
+  EXPECT_EQ(backToE.offset, 0);
+  EXPECT_EQ(backToE.length, size + 3);
+}
+
+// Thousands of alternatives are tried one after another, not one inside the other, and the
+// longest wins, at every place Substitute finds one.
+TEST(StrPatternLongText, LongAlternations) {
+  std::string pattern;
+  for (int i = 0; i < 20000; ++i) pattern += (i ? "|n" : "n") + std::to_string(i);
+  std::string const text = "x n19999 y";
+  SYS_String names;
+  for (int i = 0; i < 100; ++i) names += ("n" + std::to_string(i * 199) + " ").c_str();
+  Found single;
+  int replaced = 0;
+  runOnSmallStack([&] {
+    SYS_StrPattern const p(pattern.c_str());
+    single.offset = p.Match(text.c_str(), &single.length);
+    replaced = p.Substitute(names, "N", 0);
+  });
+  EXPECT_EQ(single.offset, 2);
+  EXPECT_EQ(single.length, 6);
+  EXPECT_EQ(replaced, 100);
+  EXPECT_EQ(names.GetLength(), 200);  // every name replaced whole: "N " each
+}
+
+// Replacing every character of a long text is linear: the result is built in one pass.
+TEST(StrPatternLongText, SubstituteEveryCharacter) {
+  SYS_String text(std::string(kLongText / 16, 'a').c_str());
+  int count = 0;
+  runOnSmallStack([&] { count = SYS_StrPattern("a").Substitute(text, "bc", 0); });
+  EXPECT_EQ(count, static_cast<int>(kLongText / 16));
+  EXPECT_EQ(text.GetLength(), static_cast<int>(kLongText / 8));
+  EXPECT_EQ(text.Find('a'), -1);
+}
+
+// Nesting along one path is capped at 1000 (repetitions, alternations and groups all
+// count), which bounds the matcher's recursion; the deepest accepted patterns still match.
+TEST(StrPatternLongText, NestingDepthLimit) {
+  auto repeat = [](char const *piece, int times) {
+    std::string s;
+    for (int i = 0; i < times; ++i) s += piece;
+    return s;
+  };
+  struct Case {
+    std::string pattern;
+    bool compiles;
+  } const cases[] = {
+      {repeat("a?", 1000), true},
+      {repeat("a?", 1001), false},
+      {repeat("(", 1000) + "a" + repeat(")", 1000), true},
+      {repeat("(", 1001) + "a" + repeat(")", 1001), false},
+      {repeat("(a|b)", 500), true},   // each is a group and an alternation
+      {repeat("(a|b)", 501), false},
+      {"(" + repeat("a?", 998) + "|" + repeat("b?", 998) + ")", true},  // alternatives do not add up
+      {"(" + repeat("a?", 999) + "|" + repeat("b?", 999) + ")", false},
+      {repeat("a?", 499) + "(" + repeat("b?", 499) + ")", true},         // a sequence does
+      {repeat("a?", 500) + "(" + repeat("b?", 500) + ")", false},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.pattern.substr(0, 30) + "... of " + std::to_string(c.pattern.size()));
+    SYS_StrPattern const p(c.pattern.c_str());
+    EXPECT_EQ(*static_cast<char const *>(p) != '\0', c.compiles);
+  }
+
+  // The deepest patterns run on a 1 MiB stack (4 MiB for the sanitizers' larger frames).
+  std::string const as(1000, 'a');
+#if defined(__SANITIZE_ADDRESS__)
+  size_t const stack = size_t{4} << 20;
+#else
+  size_t const stack = size_t{1} << 20;
+#endif
+  Found optional, nested, alternations;
+  runOnSmallStack(
+      [&] {
+        optional.offset = SYS_StrPattern(repeat("a?", 1000).c_str()).Match(as.c_str(), &optional.length);
+        nested.offset = SYS_StrPattern((repeat("(", 1000) + "a" + repeat(")", 1000)).c_str()).Match("ba", &nested.length);
+        alternations.offset = SYS_StrPattern(repeat("(a|b)", 500).c_str()).Match((as + "b").c_str(), &alternations.length);
+      },
+      stack);
+  EXPECT_EQ(optional.offset, 0);
+  EXPECT_EQ(optional.length, 1000);
+  EXPECT_EQ(nested.offset, 1);
+  EXPECT_EQ(nested.length, 1);
+  EXPECT_EQ(alternations.offset, 0);
+  EXPECT_EQ(alternations.length, 500);
+}
