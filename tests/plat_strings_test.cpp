@@ -44,11 +44,7 @@ int runLoadProbe() {
 }
 int const g_LoadProbe = runLoadProbe();
 
-std::string selfPath() {
-  char path[PATH_MAX];
-  ssize_t const length = readlink("/proc/self/exe", path, sizeof path - 1);
-  return length > 0 ? std::string(path, static_cast<size_t>(length)) : std::string();
-}
+std::string selfPath() { return std::filesystem::read_symlink("/proc/self/exe").string(); }
 
 struct Probe {
   int status;
