@@ -19,6 +19,7 @@
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -43,22 +44,21 @@ int runLoadProbe() {
 }
 int const g_LoadProbe = runLoadProbe();
 
-std::string selfPath() {
-  char path[PATH_MAX];
-  ssize_t const length = readlink("/proc/self/exe", path, sizeof path - 1);
-  return length > 0 ? std::string(path, static_cast<size_t>(length)) : std::string();
-}
+std::string selfPath() { return std::filesystem::read_symlink("/proc/self/exe").string(); }
 
 struct Probe {
   int status;
   std::string output;  // standard output and standard error
   bool has(std::string const &line) const { return output.find(line + "\n") != std::string::npos; }
+  void expectLines(std::vector<std::string> const &lines) const {
+    EXPECT_EQ(status, 0) << output;
+    for (auto const &line : lines) EXPECT_TRUE(has(line)) << line << " in\n" << output;
+  }
 };
 
 /// Runs `program` as a probe with `environment` given to env(1).
 Probe runProbe(std::string const &environment, std::string const &program = selfPath()) {
-  std::string const command =
-      "env " + environment + " " + kProbeVariable + "=1 '" + program + "' 2>&1";
+  std::string const command = "env " + environment + " " + kProbeVariable + "=1 '" + program + "' 2>&1";
   Probe probe{-1, std::string()};
   FILE *const pipe = popen(command.c_str(), "r");
   if (pipe == nullptr) return probe;
@@ -71,28 +71,29 @@ Probe runProbe(std::string const &environment, std::string const &program = self
 }
 
 /// A fresh directory for one test's files, removed afterwards.
-class TempDirectory {
-public:
-  TempDirectory() {
-    std::string pattern = testing::TempDir() + "bfc_strings_XXXXXX";
-    if (mkdtemp(pattern.data()) != nullptr) m_Path = pattern;
+struct TempDirectory {
+  std::string path;
+  TempDirectory() : path(testing::TempDir() + "bfc_strings_XXXXXX") {
+    if (mkdtemp(path.data()) == nullptr) path.clear();
   }
   ~TempDirectory() {
     std::error_code ignored;
-    if (!m_Path.empty()) std::filesystem::remove_all(m_Path, ignored);
+    if (!path.empty()) std::filesystem::remove_all(path, ignored);
   }
   std::string file(char const *name, std::string const &content) const {
-    std::string const path = m_Path + "/" + name;
-    std::ofstream(path, std::ios::binary) << content;
-    return path;
+    std::ofstream(path + "/" + name, std::ios::binary) << content;
+    return path + "/" + name;
   }
-  std::string const &path() const { return m_Path; }
-
-private:
-  std::string m_Path;
 };
 
 std::string text(SYS_String const &s) { return std::string(static_cast<char const *>(s)); }
+
+/// The texts TR gives for `ids`, joined by "|".
+std::string trTexts(std::initializer_list<int> ids) {
+  std::string joined;
+  for (int id : ids) joined += text(TR(id)) + "|";
+  return joined.substr(0, joined.size() - 1);
+}
 
 /// Host texts with the unit names, a bad line, a text too long for the program's buffer,
 /// and one whose cut would fall inside a two-byte character.
@@ -112,47 +113,30 @@ struct RunTimeTableReset {
 
 }  // namespace
 
-// The file named by BFC_STRINGS is read at load: the unit names are the host's; bad lines
-// are reported and skipped; TR cuts a long text to 999 bytes without splitting a character
-// while LoadString gives it whole; the program's table comes before the run-time one.
+// BFC_STRINGS names a file read at load; bad lines are skipped with a report; TR cuts to 999 bytes, whole characters.
 TEST(ProgramStrings, ReadAtLoadFromTheVariable) {
   TempDirectory const dir;
   std::string const path = dir.file("host.strings", hostTexts());
-  Probe const probe = runProbe("BFC_STRINGS='" + path + "'");
-  EXPECT_EQ(probe.status, 0) << probe.output;
-  EXPECT_TRUE(probe.has("file=" + path)) << probe.output;
-  EXPECT_TRUE(probe.has("unit0=mil")) << probe.output;
-  EXPECT_TRUE(probe.has("unit1=mm"));
-  EXPECT_TRUE(probe.has("unit2=inch"));
-  EXPECT_TRUE(probe.has("unit3=\xC2\xB5m"));
-  EXPECT_TRUE(probe.has("bfc: " + path + ":6: a number from 0 to 65535 is expected")) << probe.output;
-  EXPECT_TRUE(probe.has("cut=999 uncut=1500 multibyte=998")) << probe.output;
-  EXPECT_TRUE(probe.has("45104=mil 600=run time 45110=filled in")) << probe.output;
+  runProbe("BFC_STRINGS='" + path + "'").expectLines({
+      "file=" + path, "unit0=mil", "unit1=mm", "unit2=inch", "unit3=\xC2\xB5m",
+      "bfc: " + path + ":6: a number from 0 to 65535 is expected",
+      "cut=999 uncut=1500 multibyte=998",         // LoadString gives the long text whole
+      "45104=mil 600=run time 45110=filled in"});  // the program's table comes first
 }
 
 // Without the variable, the file beside the program named after it is read.
 TEST(ProgramStrings, BesideTheProgram) {
   TempDirectory const dir;
-  std::string const program = dir.path() + "/board";
+  std::string const program = dir.path + "/board";
   std::filesystem::copy_file(selfPath(), program);
   std::filesystem::permissions(program, std::filesystem::perms::owner_all);
   std::string const path = dir.file("board.strings", "45104 Mil\n45107 Micron\n");
-  Probe const probe = runProbe("-u BFC_STRINGS", program);
-  EXPECT_EQ(probe.status, 0) << probe.output;
-  EXPECT_TRUE(probe.has("file=" + path)) << probe.output;
-  EXPECT_TRUE(probe.has("unit0=Mil"));
-  EXPECT_TRUE(probe.has("unit1="));
-  EXPECT_TRUE(probe.has("unit3=Micron"));
+  runProbe("-u BFC_STRINGS", program).expectLines({"file=" + path, "unit0=Mil", "unit1=", "unit3=Micron"});
 }
 
-// A host that supplies nothing gets empty names, silently; one that names a missing file is
-// told so, and nothing else fails.
+// A host that supplies nothing gets empty names, silently; one naming a missing file is told so; nothing fails.
 TEST(ProgramStrings, NoneSupplied) {
-  struct Case {
-    char const *name;
-    std::string environment;
-    char const *message;
-  } cases[] = {
+  struct Case { char const *name; std::string environment; char const *message; } cases[] = {
       {"no file beside the program", "-u BFC_STRINGS", nullptr},
       {"variable set but empty", "BFC_STRINGS=", nullptr},
       {"named file missing", "BFC_STRINGS=/nonexistent/host.strings",
@@ -161,51 +145,33 @@ TEST(ProgramStrings, NoneSupplied) {
   for (auto const &c : cases) {
     SCOPED_TRACE(c.name);
     Probe const probe = runProbe(c.environment);
-    EXPECT_EQ(probe.status, 0) << probe.output;
-    EXPECT_EQ(probe.output.rfind("file=\nunit0=\nunit1=\nunit2=\nunit3=\ncut=0 uncut=0 multibyte=0\n", 0) !=
-                  std::string::npos,
-              c.message == nullptr)
-        << probe.output;
-    if (c.message != nullptr) {
-      EXPECT_TRUE(probe.has(c.message)) << probe.output;
-    }
-    EXPECT_TRUE(probe.has("45104=MIL 600=run time 45110=filled in")) << probe.output;
+    std::string const nothing = "file=\nunit0=\nunit1=\nunit2=\nunit3=\ncut=0 uncut=0 multibyte=0\n";
+    bool const silent = probe.output.rfind(nothing, 0) == 0;
+    EXPECT_EQ(silent, c.message == nullptr) << probe.output;
+    probe.expectLines({c.message != nullptr ? c.message : "unit0=", "45104=MIL 600=run time 45110=filled in"});
   }
 }
 
-// A registration replaces the whole run-time table or, when one entry is bad, changes
-// nothing; registering none removes it.
+// A registration replaces the whole run-time table, or changes nothing when one entry is bad; none removes it.
 TEST(RunTimeStrings, RegisterReplacesOrFailsWhole) {
   RunTimeTableReset const reset;
   PLAT_StringEntry const first[] = {{1, "one"}, {2, "two"}, {65535, "last"}, {0, "zero"}};
   ASSERT_EQ(PLAT_RegisterStrings(first, 4), 1);
-  EXPECT_EQ(text(TR(1)), "one");
-  EXPECT_EQ(text(TR(65535)), "last");
-  EXPECT_EQ(text(TR(0)), "zero");
+  EXPECT_EQ(trTexts({1, 65535, 0}), "one|last|zero");
 
-  struct Case {
-    char const *name;
-    std::vector<PLAT_StringEntry> entries;
-    int count;
-  } bad[] = {
-      {"number twice", {{3, "a"}, {3, "b"}}, 2},
-      {"number too large", {{3, "a"}, {65536, "b"}}, 2},
-      {"negative number", {{-1, "a"}}, 1},
-      {"negative count", {{3, "a"}}, -1},
-      {"no entries", {}, 2},
+  struct Case { char const *name; std::vector<PLAT_StringEntry> entries; int count; } bad[] = {
+      {"number twice", {{3, "a"}, {3, "b"}}, 2}, {"number too large", {{3, "a"}, {65536, "b"}}, 2},
+      {"negative number", {{-1, "a"}}, 1}, {"negative count", {{3, "a"}}, -1}, {"no entries", {}, 2},
   };
   for (auto const &c : bad) {
     SCOPED_TRACE(c.name);
     EXPECT_EQ(PLAT_RegisterStrings(c.entries.empty() ? nullptr : c.entries.data(), c.count), 0);
-    EXPECT_EQ(text(TR(1)), "one");
-    EXPECT_EQ(text(TR(3)), "");
+    EXPECT_EQ(trTexts({1, 3}), "one|");
   }
 
   PLAT_StringEntry const second[] = {{2, "TWO"}, {4, nullptr}};
   ASSERT_EQ(PLAT_RegisterStrings(second, 2), 1);
-  EXPECT_EQ(text(TR(1)), "");
-  EXPECT_EQ(text(TR(2)), "TWO");
-  EXPECT_EQ(text(TR(4)), "");
+  EXPECT_EQ(trTexts({1, 2, 4}), "|TWO|");
   ASSERT_EQ(PLAT_RegisterStrings(nullptr, 0), 1);
   EXPECT_EQ(text(TR(2)), "");
 }
@@ -215,11 +181,9 @@ TEST(RunTimeStrings, LoadStringByNumber) {
   RunTimeTableReset const reset;
   PLAT_StringEntry const entries[] = {{7, "seven"}, {8, ""}};
   ASSERT_EQ(PLAT_RegisterStrings(entries, 2), 1);
-  struct Case {
-    unsigned int id;
-    int found;
-    char const *text;
-  } cases[] = {{7, 1, "seven"}, {8, 0, ""}, {9, 0, ""}, {0x80000007u, 0, ""}, {65536 + 7, 0, ""}};
+  struct Case { unsigned int id; int found; char const *text; } cases[] = {
+      {7, 1, "seven"}, {8, 0, ""}, {9, 0, ""}, {0x80000007u, 0, ""}, {65536 + 7, 0, ""},
+  };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.id);
     SYS_String s("previous");
@@ -232,44 +196,22 @@ TEST(RunTimeStrings, LoadStringByNumber) {
 TEST(Tr, LiteralsAndUnknownNumbers) {
   EXPECT_EQ(text(TR("File error %d: %s")), "File error %d: %s");
   EXPECT_EQ(text(TR(static_cast<char const *>(nullptr))), "");
-  for (int id : {-1, 0, 45103, 65535, 65536, INT_MAX, INT_MIN}) {
-    SCOPED_TRACE(id);
-    EXPECT_EQ(text(TR(id)), "");
-  }
+  EXPECT_EQ(trTexts({-1, 0, 45103, 65535, 65536, INT_MAX, INT_MIN}), "||||||");
 }
 
-// The string file format: number, blanks, text to the end of the line; comments, blank
-// lines, a byte-order mark and CR line ends are ignored; escapes give what a line cannot.
+// A line is number, blanks, text; comments, blank lines, a byte-order mark and CRs are ignored; escapes work.
 TEST(StringFile, Format) {
   RunTimeTableReset const reset;
   TempDirectory const dir;
   std::string const path = dir.file("format.strings",
-                                    "\xEF\xBB\xBF" "1 first\n"
-                                    "  # a comment\n"
-                                    "\n"
-                                    "2\t\t tabbed text  \n"
-                                    "3 two\\nlines and a \\t tab\n"
-                                    "4 \\x20leading space and a back\\\\slash\n"
-                                    "5\n"
-                                    "6 windows\r\n"
-                                    "  7 indented # not a comment\n"
-                                    "08 leading zero\n"
-                                    "65535 last");
+                                    "\xEF\xBB\xBF" "1 first\n  # a comment\n\n2\t\t tabbed text  \n"
+                                    "3 two\\nlines and a \\t tab\n4 \\x20leading space and a back\\\\slash\n"
+                                    "5\n6 windows\r\n  7 indented # not a comment\n08 leading zero\n65535 last");
   SYS_String error;
   ASSERT_EQ(PLAT_RegisterStringFile(path.c_str(), &error), 1) << text(error);
-  struct Case {
-    int id;
-    char const *text;
-  } cases[] = {
-      {1, "first"},
-      {2, "tabbed text  "},
-      {3, "two\nlines and a \t tab"},
-      {4, " leading space and a back\\slash"},
-      {5, ""},
-      {6, "windows"},
-      {7, "indented # not a comment"},
-      {8, "leading zero"},
-      {65535, "last"},
+  struct Case { int id; char const *text; } cases[] = {
+      {1, "first"}, {2, "tabbed text  "}, {3, "two\nlines and a \t tab"}, {4, " leading space and a back\\slash"},
+      {5, ""}, {6, "windows"}, {7, "indented # not a comment"}, {8, "leading zero"}, {65535, "last"},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.id);
@@ -277,18 +219,13 @@ TEST(StringFile, Format) {
   }
 }
 
-// One bad line rejects a run-time file, names the line and what is wrong, and leaves the
-// table that was registered before.
+// One bad line rejects a run-time file, names the line and the fault, and keeps the table registered before.
 TEST(StringFile, BadLinesRejectTheFile) {
   RunTimeTableReset const reset;
   PLAT_StringEntry const before[] = {{1, "kept"}};
   ASSERT_EQ(PLAT_RegisterStrings(before, 1), 1);
   TempDirectory const dir;
-  struct Case {
-    char const *name;
-    std::string content;
-    char const *message;  // after "path:"
-  } cases[] = {
+  struct Case { char const *name; std::string content; char const *message; /* after "path:" */ } cases[] = {
       {"no number", "1 a\nx b\n", "2: a number from 0 to 65535 is expected"},
       {"number too large", "65536 big\n", "1: a number from 0 to 65535 is expected"},
       {"huge number", "99999999999999999999 big\n", "1: a number from 0 to 65535 is expected"},
@@ -309,9 +246,9 @@ TEST(StringFile, BadLinesRejectTheFile) {
     EXPECT_EQ(text(error).rfind(path + ":" + c.message, 0), 0u) << text(error);
     EXPECT_EQ(text(TR(1)), "kept");
   }
-  EXPECT_EQ(PLAT_RegisterStringFile((dir.path() + "/missing.strings").c_str(), nullptr), 0);
+  EXPECT_EQ(PLAT_RegisterStringFile((dir.path + "/missing.strings").c_str(), nullptr), 0);
   SYS_String error;
-  EXPECT_EQ(PLAT_RegisterStringFile(dir.path().c_str(), &error), 0);
+  EXPECT_EQ(PLAT_RegisterStringFile(dir.path.c_str(), &error), 0);
   EXPECT_NE(text(error).find("cannot be read"), std::string::npos) << text(error);
   EXPECT_EQ(PLAT_RegisterStringFile(nullptr, &error), 0);
   EXPECT_EQ(PLAT_RegisterStringFile("", &error), 0);

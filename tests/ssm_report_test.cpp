@@ -10,18 +10,14 @@
 #include <cstdio>
 #include <thread>
 
-// Without a manager a report returns 0, SSM_Throw returns, and the code after the check
-// runs on with the last-error code it had before.
+// Without a manager a report returns 0, SSM_Throw returns, and the code runs on with the last-error code it had.
 TEST(AssertReporting, WithoutManagerFallsThrough) {
   ASSERT_EQ(SSM::GetManager(), nullptr);
   PLAT_SetLastError(24);
   EXPECT_EQ(SSM_AssertFailed("broken", "sys/test", 10, SSM_Critical, 0), 0);
   EXPECT_EQ(SSM_AssertFailed(nullptr, "sys/test", 11, SSM_Warning, 7), 0);
   EXPECT_NO_THROW(SSM_Throw());
-  EXPECT_EQ(PLAT_GetLastError(), 24);
-  bool ranOn = false;
-  if (!SSM_Check(false, "", "scc/scc", 1)) ranOn = true;
-  EXPECT_TRUE(ranOn);
+  EXPECT_FALSE(SSM_Check(false, "", "scc/scc", 1));  // returned, so the code after the check can guard itself
   EXPECT_TRUE(SSM_Check(true, "", "scc/scc", 2));
   EXPECT_EQ(PLAT_GetLastError(), 24);
 }
@@ -40,31 +36,18 @@ TEST(LastError, FromErrnoAndPerThread) {
   PLAT_SetLastError(0);
 }
 
-// SYS_Exception made from a number has the empty text; from a format, the formatted text.
-// It is thrown and caught by value across the library boundary.
+// SYS_Exception from a number has the empty text, from a format the formatted one, kept through copies and throws.
 TEST(SysException, Text) {
   EXPECT_STREQ(SYS_Exception(12).GetText(), "");
-  EXPECT_STREQ(SYS_Exception("%d items", 3).GetText(), "3 items");
   SYS_Exception const original("%s", "copy me");
-  SYS_Exception copy(original);
   SYS_Exception assigned(1);
   assigned = original;
-  EXPECT_STREQ(copy.GetText(), "copy me");
+  EXPECT_STREQ(SYS_Exception(original).GetText(), "copy me");
   EXPECT_STREQ(assigned.GetText(), "copy me");
   try {
     throw SYS_Exception("value %d out of range", 99);
   } catch (SYS_Exception const &e) {
     EXPECT_STREQ(e.GetText(), "value 99 out of range");
-  }
-}
-
-// The fatal exception carries its record pointer through a throw.
-TEST(SysException, FatalCarriesRecord) {
-  auto *const record = reinterpret_cast<SSM::AssertData *>(0x1000);
-  try {
-    throw SSM::FatalException(record);
-  } catch (SSM::FatalException const &e) {
-    EXPECT_EQ(e.m_pRecord, record);
   }
 }
 

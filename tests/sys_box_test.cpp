@@ -30,12 +30,11 @@ TEST(SysBox, SquareFromCorner) {
   EXPECT_EQ(SYS_Box(SYS_Point(1, 2), 0), SYS_Box(1, 2, 1, 2));
 }
 
-// Empty means zero width or height; valid means normalized; an inverted box is neither empty
-// nor valid. Extents are signed.
+// Empty means zero width or height; valid means normalized; an inverted box is neither; extents are signed.
 TEST(SysBox, EmptyAndValid) {
   struct Case { const char *name; Coords c; int empty, valid; long dx, dy; } cases[] = {
-      {"flat", {0, 0, 10, 0}, 1, 1, 10, 0},       {"inverted", {10, 10, 0, 0}, 0, 0, -10, -10},
-      {"point", {3, 3, 3, 3}, 1, 1, 0, 0},         {"normal", {-1, -2, 3, 4}, 0, 1, 4, 6},
+      {"flat", {0, 0, 10, 0}, 1, 1, 10, 0}, {"inverted", {10, 10, 0, 0}, 0, 0, -10, -10},
+      {"point", {3, 3, 3, 3}, 1, 1, 0, 0}, {"normal", {-1, -2, 3, 4}, 0, 1, 4, 6},
       {"inverted in y", {0, 5, 10, 4}, 0, 0, 10, -1},
   };
   for (auto const &c : cases) {
@@ -46,46 +45,36 @@ TEST(SysBox, EmptyAndValid) {
     EXPECT_EQ(b.GetWidth(), c.dx);
     EXPECT_EQ(b.GetHeight(), c.dy);
   }
-  SYS_Box b(1, 2, 3, 4);
-  b.SetEmpty();
-  EXPECT_EQ(b, SYS_Box());
+  EXPECT_TRUE(SYS_Box(0, 0, 10, 10).IsInclude(SYS_Point(10, 0)));  // the edges count
+  EXPECT_FALSE(SYS_Box(0, 0, 10, 10).IsInclude(SYS_Point(11, 5)));
 }
 
-// Inclusion counts the edges; Increase grows to a point; Expand normalizes afterwards.
-TEST(SysBox, IncludeIncreaseExpand) {
-  SYS_Box b(0, 0, 10, 10);
-  EXPECT_TRUE(b.IsInclude(SYS_Point(10, 0)));
-  EXPECT_FALSE(b.IsInclude(SYS_Point(11, 5)));
-  b.Increase(-5, 20);
-  EXPECT_EQ(b, SYS_Box(-5, 0, 10, 20));
-  b.Move(SYS_Point(5, -10));
-  EXPECT_EQ(b, SYS_Box(0, -10, 15, 10));
-  SYS_Box shrunk(0, 0, 10, 10);
-  shrunk.Expand(-6);
-  EXPECT_EQ(shrunk, SYS_Box(4, 4, 6, 6));
-}
-
-// Centers use 32-bit sums and truncating division; SetCenter keeps the signed extents.
-TEST(SysBox, Center) {
+// Centres use 32-bit sums and truncating division; SetCenter keeps the signed extents; Increase and Expand grow.
+TEST(SysBox, CenterAndGrowth) {
   EXPECT_EQ(SYS_Box(-3, -3, 0, 0).GetCenter(), SYS_Point(-1, -1));
   EXPECT_EQ(SYS_Box(2000000000, 0, 2000000000, 1).GetCenter(), SYS_Point(-147483648, 0));  // 4e9 wrapped
-  SYS_Box b(0, 0, 5, 3);
-  b.SetCenter(SYS_Point(10, 10));
-  EXPECT_EQ(b, SYS_Box(8, 9, 13, 12));
-  SYS_Box inverted(5, 0, 0, 0);
-  inverted.SetCenter(SYS_Point(0, 0));
-  EXPECT_EQ(inverted, SYS_Box(2, 0, -3, 0));
+  struct Case { const char *name; Coords start; void (*edit)(SYS_Box &); Coords expected; } cases[] = {
+      {"SetCenter", {0, 0, 5, 3}, [](SYS_Box &b) { b.SetCenter(SYS_Point(10, 10)); }, {8, 9, 13, 12}},
+      {"SetCenter inverted", {5, 0, 0, 0}, [](SYS_Box &b) { b.SetCenter(SYS_Point(0, 0)); }, {2, 0, -3, 0}},
+      {"Increase to a point", {0, 0, 10, 10}, [](SYS_Box &b) { b.Increase(-5, 20); }, {-5, 0, 10, 20}},
+      {"Expand normalizes", {0, 0, 10, 10}, [](SYS_Box &b) { b.Expand(-6); }, {4, 4, 6, 6}},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.name);
+    SYS_Box b = box(c.start);
+    c.edit(b);
+    EXPECT_EQ(b, box(c.expected)) << str(b);
+  }
 }
 
-// The undefined box starts an accumulation. With coordinates inside the limit a plain
-// min/max would give the same, so the rule is checked with coordinates beyond it.
+// The undefined box starts an accumulation; only coordinates beyond the limit tell it from a plain min/max.
 TEST(SysBox, CombineWithUndefinedBox) {
   struct Case { const char *name; Coords a, b, expected; } cases[] = {
       {"undefined takes b", {L, L, -L, -L}, {1, 2, 3, 4}, {1, 2, 3, 4}},
       {"undefined b changes nothing", {1, 2, 3, 4}, {L, L, -L, -L}, {1, 2, 3, 4}},
-      {"undefined takes b beyond the limit", {L, L, -L, -L}, {L + 5, L + 6, L + 7, L + 8}, {L + 5, L + 6, L + 7, L + 8}},
+      {"undefined takes b beyond it", {L, L, -L, -L}, {L + 5, L + 6, L + 7, L + 8}, {L + 5, L + 6, L + 7, L + 8}},
       {"undefined takes an inverted b", {L, L, -L, -L}, {0, 0, -L - 9, -L - 9}, {0, 0, -L - 9, -L - 9}},
-      {"undefined b beside a beyond the limit", {L + 5, L + 5, L + 6, L + 6}, {L, L, -L, -L}, {L + 5, L + 5, L + 6, L + 6}},
+      {"undefined b beside a beyond it", {L + 5, L + 5, L + 6, L + 6}, {L, L, -L, -L}, {L + 5, L + 5, L + 6, L + 6}},
       {"almost undefined is plain", {L, L, -L, -L + 1}, {L + 5, L + 6, L + 7, L + 8}, {L, L, L + 7, L + 8}},
       {"plain union, no normalization", {0, 0, -5, 10}, {2, -3, -4, 1}, {0, -3, -4, 10}},
   };
@@ -97,39 +86,32 @@ TEST(SysBox, CombineWithUndefinedBox) {
   }
 }
 
-// The intersection collapses to zero width (checked first) or height when it has no area;
-// boxes that only touch give 0.
+// Without area the intersection collapses to zero width (checked first) or height; boxes that only touch give 0.
 TEST(SysBox, SetAsIntersection) {
-  struct Case { const char *name; Coords a, b, expected; int result; } cases[] = {
-      {"touching in x", {0, 0, 10, 10}, {10, 0, 20, 10}, {10, 0, 10, 10}, 0},
-      {"touching in y", {0, 0, 10, 10}, {0, 10, 10, 20}, {0, 10, 10, 10}, 0},
-      {"disjoint", {0, 0, 10, 10}, {20, 20, 30, 30}, {10, 20, 10, 10}, 0},
-      {"overlap", {0, 0, 10, 10}, {5, -5, 15, 5}, {5, 0, 10, 5}, 1},
-      {"inside", {0, 0, 10, 10}, {2, 3, 4, 5}, {2, 3, 4, 5}, 1},
+  SYS_Box const a(0, 0, 10, 10);
+  struct Case { const char *name; Coords b, expected; int result; } cases[] = {
+      {"touching in x", {10, 0, 20, 10}, {10, 0, 10, 10}, 0}, {"touching in y", {0, 10, 10, 20}, {0, 10, 10, 10}, 0},
+      {"disjoint", {20, 20, 30, 30}, {10, 20, 10, 10}, 0}, {"overlap", {5, -5, 15, 5}, {5, 0, 10, 5}, 1},
+      {"inside", {2, 3, 4, 5}, {2, 3, 4, 5}, 1},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.name);
     SYS_Box r(7, 7, 7, 7);
-    EXPECT_EQ(r.SetAsIntersection(box(c.a), box(c.b)), c.result);
+    EXPECT_EQ(r.SetAsIntersection(a, box(c.b)), c.result);
     EXPECT_EQ(r, box(c.expected)) << str(r);
-    EXPECT_EQ(r.SetAsIntersection(box(c.b), box(c.a)), c.result);  // symmetric
+    EXPECT_EQ(r.SetAsIntersection(box(c.b), a), c.result);  // symmetric
   }
   SYS_Box self(0, 0, 10, 10);  // the result may be one of the operands
   EXPECT_EQ(self.SetAsIntersection(self, SYS_Box(5, 5, 20, 20)), 1);
   EXPECT_EQ(self, SYS_Box(5, 5, 10, 10));
 }
 
-// Clip writes b minus the clipping box column by column from left to right, below before
-// above; inverted boxes count with their ends exchanged, a flat b leaves nothing.
+// Clip writes b minus the clip column by column, left to right, below before above; inverted boxes are normalized.
 TEST(SysBox, Clip) {
+  std::vector<Coords> const frame = {{-5, -5, 0, 15}, {0, -5, 10, 0}, {0, 10, 10, 15}, {10, -5, 15, 15}};
   struct Case { const char *name; Coords clip, b; std::vector<Coords> pieces; } cases[] = {
-      {"surrounding", {0, 0, 10, 10}, {-5, -5, 15, 15},
-       {{-5, -5, 0, 15}, {0, -5, 10, 0}, {0, 10, 10, 15}, {10, -5, 15, 15}}},
-      {"inverted clipping box", {10, 10, 0, 0}, {-5, -5, 15, 15},
-       {{-5, -5, 0, 15}, {0, -5, 10, 0}, {0, 10, 10, 15}, {10, -5, 15, 15}}},
-      {"inverted b", {0, 0, 10, 10}, {15, 15, -5, -5},
-       {{-5, -5, 0, 15}, {0, -5, 10, 0}, {0, 10, 10, 15}, {10, -5, 15, 15}}},
-      {"inside", {0, 0, 10, 10}, {2, 2, 8, 8}, {}},
+      {"surrounding", {0, 0, 10, 10}, {-5, -5, 15, 15}, frame}, {"inverted", {10, 10, 0, 0}, {-5, -5, 15, 15}, frame},
+      {"inverted b", {0, 0, 10, 10}, {15, 15, -5, -5}, frame}, {"inside", {0, 0, 10, 10}, {2, 2, 8, 8}, {}},
       {"equal", {0, 0, 10, 10}, {0, 0, 10, 10}, {}},
       {"disjoint in x", {0, 0, 10, 10}, {20, 0, 30, 10}, {{20, 0, 30, 10}}},
       {"touching", {0, 0, 10, 10}, {10, 0, 20, 10}, {{10, 0, 20, 10}}},
@@ -139,9 +121,8 @@ TEST(SysBox, Clip) {
       {"up and down", {0, 0, 10, 10}, {4, -5, 6, 15}, {{4, -5, 6, 0}, {4, 10, 6, 15}}},
       {"corner", {0, 0, 10, 10}, {5, 5, 15, 15}, {{5, 10, 10, 15}, {10, 5, 15, 15}}},
       {"flat b", {0, 0, 10, 10}, {-5, 5, 15, 5}, {}},
-      // A flat clipping box removes nothing, but its merged breakpoint still splits b.
-      {"flat clipping box", {0, 5, 10, 5}, {-5, 0, 15, 10},
-       {{-5, 0, 0, 10}, {0, 0, 10, 5}, {0, 5, 10, 10}, {10, 0, 15, 10}}},
+      // A flat clip removes nothing, but its merged breakpoint still splits b.
+      {"flat clip", {0, 5, 10, 5}, {-5, 0, 15, 10}, {{-5, 0, 0, 10}, {0, 0, 10, 5}, {0, 5, 10, 10}, {10, 0, 15, 10}}},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.name);

@@ -66,19 +66,12 @@ SYS_Transform randomTransform(Draw &draw, std::string &recipe) {
 long farthest(SYS_Point const &a, SYS_Point const &b) {
   return std::max(std::labs(a.GetX() - b.GetX()), std::labs(a.GetY() - b.GetY()));
 }
-
 int64_t area(SYS_Box const &b) { return static_cast<int64_t>(b.GetWidth()) * b.GetHeight(); }
-
-SYS_Box normalized(SYS_Box b) {
-  b.Normalize();
-  return b;
-}
+SYS_Box normalized(SYS_Box b) { return b.Normalize(), b; }
 
 }  // namespace
 
-// A transform composed with its inverse maps points back within one base unit, and so
-// does applying a transform and then its inverse when lengths do not shrink. Without a
-// mirror the composed orientation is 0 again.
+// A transform and its inverse bring points back within one base unit; without a mirror the orientation is 0 again.
 TEST(SysGeomProperty, TransformThenInverseComesBack) {
   Draw draw(20240521u);
   for (int i = 0; i < 3000; ++i) {
@@ -87,21 +80,17 @@ TEST(SysGeomProperty, TransformThenInverseComesBack) {
     SCOPED_TRACE("case " + std::to_string(i) + ": " + recipe);
     SYS_Transform composed = t;
     composed.SubConv(t);
-    if (!t.GetMirror()) {
-      EXPECT_EQ(composed.GetOrientation(), 0);
-    }
+    EXPECT_TRUE(t.GetMirror() || composed.GetOrientation() == 0) << composed.GetOrientation();
     for (int j = 0; j < 10; ++j) {
       SYS_Point const p = draw.point(100000000);
       EXPECT_LE(farthest(composed + p, p), 1) << str(p);
-      if (std::fabs(t.GetScale()) >= 1.0) {
-        EXPECT_LE(farthest(t - (t + p), p), 1) << str(p);
-      }
+      if (std::fabs(t.GetScale()) < 1.0) continue;  // lengths that shrink lose what rounding took
+      EXPECT_LE(farthest(t - (t + p), p), 1) << str(p) << " one way and back";
     }
   }
 }
 
-// Clip pieces are normalized, non-empty, inside the clipped box, overlap neither each
-// other nor the clipping box, and with the intersection cover exactly the clipped box.
+// Clip pieces are valid, non-empty, inside b, overlap neither each other nor the clip, and with it tile b exactly.
 TEST(SysGeomProperty, ClipPiecesTileTheRemainder) {
   Draw draw(77u);
   for (int i = 0; i < 20000; ++i) {
@@ -109,15 +98,13 @@ TEST(SysGeomProperty, ClipPiecesTileTheRemainder) {
     SCOPED_TRACE(str(clip) + " clips " + str(b));
     SYS_Box pieces[4];
     int const n = clip.Clip(b, pieces);
-    ASSERT_GE(n, 0);
-    ASSERT_LE(n, 4);
+    ASSERT_TRUE(n >= 0 && n <= 4) << n;
     SYS_Box const nb = normalized(b), nclip = normalized(clip);
     SYS_Box overlap;
     int64_t covered = overlap.SetAsIntersection(nclip, nb) ? area(overlap) : 0;
     for (int k = 0; k < n; ++k) {
       SCOPED_TRACE("piece " + std::to_string(k) + " " + str(pieces[k]));
-      EXPECT_TRUE(pieces[k].IsValid());
-      EXPECT_FALSE(pieces[k].IsEmpty());
+      EXPECT_TRUE(pieces[k].IsValid() && !pieces[k].IsEmpty());
       EXPECT_TRUE(nb.IsInclude(pieces[k].GetLowerLeft()) && nb.IsInclude(pieces[k].GetUpperRight()));
       EXPECT_EQ(overlap.SetAsIntersection(pieces[k], nclip), 0);
       for (int m = 0; m < k; ++m) EXPECT_EQ(overlap.SetAsIntersection(pieces[k], pieces[m]), 0);
@@ -127,10 +114,7 @@ TEST(SysGeomProperty, ClipPiecesTileTheRemainder) {
   }
 }
 
-// An arc's box holds densely sampled points of the arc, touches it on every side, and is
-// exactly the box of the ends and the axis extremes the arc passes in its direction.
-// Ends rounded onto the extreme row or column beside the extreme itself tie with it, and
-// the walk then goes on (SysArc.Box shows one); those few arcs are left out.
+// An arc's box holds dense samples of the arc, touches it on every side, and is the box of ends and passed extremes.
 TEST(SysGeomProperty, ArcBoxHugsTheArc) {
   Draw draw(4242u);
   int tied = 0;
@@ -149,6 +133,7 @@ TEST(SysGeomProperty, ArcBoxHugsTheArc) {
     SYS_Arc const arc(onCircle(a0), onCircle(a0 + direction * sweep), center, direction * radius);
     SCOPED_TRACE("case " + std::to_string(i) + ": " + str(arc.GetStart()) + " to " + str(arc.GetEnd()) + " about " +
                  str(center) + " r " + std::to_string(arc.GetRadius()));
+    // Ends rounded onto an extreme's row or column beside it tie with it (SysArc.Box shows one): left out.
     SYS_Point const e = arc.GetEnd() - center;
     if ((std::labs(e.GetX()) == radius && e.GetY() != 0) || (std::labs(e.GetY()) == radius && e.GetX() != 0)) {
       ++tied;
@@ -181,10 +166,8 @@ TEST(SysGeomProperty, ArcBoxHugsTheArc) {
       double const x = center.GetX() + radius * std::cos(a), y = center.GetY() + radius * std::sin(a);
       ASSERT_TRUE(x >= box.GetLeft() - 1 && x <= box.GetRight() + 1 && y >= box.GetLower() - 1 && y <= box.GetUpper() + 1)
           << "sample " << s << " (" << x << ", " << y << ") outside " << str(box);
-      nearest[0] = std::min(nearest[0], x - box.GetLeft());
-      nearest[1] = std::min(nearest[1], box.GetRight() - x);
-      nearest[2] = std::min(nearest[2], y - box.GetLower());
-      nearest[3] = std::min(nearest[3], box.GetUpper() - y);
+      double const gaps[4] = {x - box.GetLeft(), box.GetRight() - x, y - box.GetLower(), box.GetUpper() - y};
+      for (int k = 0; k < 4; ++k) nearest[k] = std::min(nearest[k], gaps[k]);
     }
     for (double gap : nearest) EXPECT_LE(std::fabs(gap), 1.5);
   }

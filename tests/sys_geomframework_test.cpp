@@ -29,10 +29,8 @@ long slotOf(F function) {
 
 std::vector<SYS_Handle> walk(SYS_StdInterface &cursor) {
   std::vector<SYS_Handle> handles;
-  for (cursor.GetFirst(nullptr); cursor.IsValid(); cursor.GetNext()) {
+  for (cursor.GetFirst(nullptr); cursor.IsValid() && handles.size() <= 10; cursor.GetNext())
     handles.push_back(cursor.GetHandle());
-    if (handles.size() > 10) break;
-  }
   handles.push_back(cursor.GetHandle());
   return handles;
 }
@@ -42,71 +40,60 @@ struct Node : SYS_GeomNode {
   Node(Node const &other) = default;
   Node &operator=(Node const &other) = default;
 };
+using Ring = std::vector<SYS_GeomNode const *>;
 
 /// The ring as seen from `start`: start, then GetRoot() until back at start (at most 20).
-std::vector<SYS_GeomNode const *> ring(SYS_GeomNode const &start) {
-  std::vector<SYS_GeomNode const *> nodes{&start};
+Ring ring(SYS_GeomNode const &start) {
+  Ring nodes{&start};
   for (SYS_GeomNode const *p = start.GetRoot(); p != nullptr && p != &start && nodes.size() < 20; p = p->GetRoot())
     nodes.push_back(p);
   return nodes;
 }
 
-}  // namespace
-
-// GetFirst and GetNext walk 1 to the maximum and end on 0; no positive maximum, no walk.
-TEST(StdInterface, WalksOneToMaximum) {
-  struct Case {
-    char const *name;
-    SYS_Handle max;
-    std::vector<SYS_Handle> handles;
-  } cases[] = {
-      {"three", 3, {1, 2, 3, 0}}, {"one", 1, {1, 0}}, {"zero", 0, {0}}, {"negative", -4, {0}},
-  };
+/// A node a search found and the node it must find.
+struct FoundCase { char const *name; SYS_GeomNode const *found, *expected; };
+void expectFound(std::vector<FoundCase> const &cases) {
   for (auto const &c : cases) {
     SCOPED_TRACE(c.name);
+    EXPECT_EQ(c.found, c.expected);
+  }
+}
+
+SGN_Type type(int t) { return static_cast<SGN_Type>(t); }
+
+}  // namespace
+
+// A walk goes 1 to the maximum and ends on 0; GetNext is handle + 1 unless that passes the maximum (no wrap).
+TEST(StdInterface, WalksOneToMaximum) {
+  struct Case { SYS_Handle max; std::vector<SYS_Handle> handles; } cases[] = {
+      {3, {1, 2, 3, 0}}, {1, {1, 0}}, {0, {0}}, {-4, {0}},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.max);
     SYS_StdInterface cursor(c.max);
     EXPECT_EQ(walk(cursor), c.handles);
   }
-  SYS_StdInterface fresh;
-  EXPECT_EQ(fresh.IsValid(), 0);
-  EXPECT_EQ(fresh.GetChangeEvent(nullptr), nullptr);
+  struct Step { SYS_Handle max, handle, next; } steps[] = {
+      {5, 0, 1}, {5, 4, 5}, {5, 5, 0}, {5, 9, 0}, {INT_MAX, INT_MAX, 0},
+  };
+  for (auto const &c : steps) {
+    SCOPED_TRACE(std::to_string(c.handle) + " of " + std::to_string(c.max));
+    SYS_StdInterface cursor(c.max);
+    cursor.SetHandle(c.handle, nullptr);
+    cursor.GetNext();
+    EXPECT_EQ(cursor.GetHandle(), c.next);
+  }
+  EXPECT_EQ(SYS_StdInterface().GetChangeEvent(nullptr), nullptr);  // the set never changes
 }
 
-// GetNext is handle + 1 unless that passes the maximum: from no element it starts at 1, and
-// at the largest 32-bit handle it ends instead of wrapping, in both models.
-TEST(StdInterface, NextComparesBeforeAdding) {
-  SYS_StdInterface cursor(5);
-  cursor.SetHandle(0, nullptr);
-  cursor.GetNext();
-  EXPECT_EQ(cursor.GetHandle(), 1);
-  cursor.SetHandle(9, nullptr);  // past the maximum: the walk ends
-  cursor.GetNext();
-  EXPECT_EQ(cursor.GetHandle(), 0);
-  cursor.SetMaxHandle(INT_MAX);
-  cursor.SetHandle(INT_MAX, nullptr);
-  EXPECT_EQ(cursor.IsValid(), 1);
-  cursor.GetNext();
-  EXPECT_EQ(cursor.GetHandle(), 0);
-}
-
-// DefaultSort is a - b while that fits an int, and keeps its sign beyond (handles that
-// carry addresses may be far apart on LP64).
+// DefaultSort is a - b while that fits an int, and keeps its sign beyond (LP64 handles may be far apart).
 TEST(StdInterface, DefaultSortIsTheSaturatedDifference) {
-  struct Case {
-    char const *name;
-    SYS_Handle a, b;
-    int result;
-  } cases[] = {
-      {"2 and 5", 2, 5, -3},
-      {"5 and 2", 5, 2, 3},
-      {"equal", 7, 7, 0},
-      {"most negative minus one", INT_MIN, 1, INT_MIN},
-      {"largest minus minus one", INT_MAX, -1, INT_MAX},
-      {"full range", INT_MIN, INT_MAX, INT_MIN},
-      {"exactly the most negative int", -1, INT_MAX, INT_MIN},
+  struct Case { SYS_Handle a, b; int result; } cases[] = {
+      {2, 5, -3}, {5, 2, 3}, {7, 7, 0}, {INT_MIN, 1, INT_MIN}, {INT_MAX, -1, INT_MAX}, {INT_MIN, INT_MAX, INT_MIN},
+      {-1, INT_MAX, INT_MIN},
   };
   for (auto const &c : cases) {
-    SCOPED_TRACE(c.name);
+    SCOPED_TRACE(std::to_string(c.a) + " - " + std::to_string(c.b));
     EXPECT_EQ(SYS_StdInterface::DefaultSort(c.a, c.b), c.result);
   }
   if (sizeof(SYS_Handle) == 8) {
@@ -120,135 +107,98 @@ TEST(StdInterface, DefaultSortIsTheSaturatedDifference) {
   EXPECT_TRUE(std::is_sorted(handles.begin(), handles.end()));
 }
 
-// The host's overrides rely on the slot order: the cursor's eight operations, then the
-// iterator's eight value operations.
+// The host's overrides rely on the slot order: the cursor's eight operations, then the iterator's eight values.
 TEST(StdInterface, VirtualSlotsKeepTheirOrder) {
-  EXPECT_EQ(slotOf(&SYS_StdInterface::GetChangeEvent), 0);
-  EXPECT_EQ(slotOf(&SYS_StdInterface::SetMaxHandle), 1);
-  EXPECT_EQ(slotOf(&SYS_StdInterface::IsValid), 2);
-  EXPECT_EQ(slotOf(&SYS_StdInterface::SetHandle), 3);
-  EXPECT_EQ(slotOf(&SYS_StdInterface::GetHandle), 4);
-  EXPECT_EQ(slotOf(&SYS_StdInterface::GetFirst), 5);
-  EXPECT_EQ(slotOf(&SYS_StdInterface::GetNext), 6);
-  EXPECT_EQ(slotOf(&SYS_StdInterface::OnUpdatePointers), 7);
-  EXPECT_EQ(slotOf(&SYS_GeomIterator::GetObjectType), 8);
-  EXPECT_EQ(slotOf(&SYS_GeomIterator::GetPointValue), 9);
-  EXPECT_EQ(slotOf(&SYS_GeomIterator::GetDoublePointValue), 10);
-  EXPECT_EQ(slotOf(&SYS_GeomIterator::GetLocationValue), 11);
-  EXPECT_EQ(slotOf(&SYS_GeomIterator::GetCircleValue), 12);
-  EXPECT_EQ(slotOf(&SYS_GeomIterator::GetSegmentValue), 13);
-  EXPECT_EQ(slotOf(&SYS_GeomIterator::GetArcValue), 14);
-  EXPECT_EQ(slotOf(&SYS_GeomIterator::GetRectangleValue), 15);
+  long const slots[] = {
+      slotOf(&SYS_StdInterface::GetChangeEvent),     slotOf(&SYS_StdInterface::SetMaxHandle),
+      slotOf(&SYS_StdInterface::IsValid),            slotOf(&SYS_StdInterface::SetHandle),
+      slotOf(&SYS_StdInterface::GetHandle),          slotOf(&SYS_StdInterface::GetFirst),
+      slotOf(&SYS_StdInterface::GetNext),            slotOf(&SYS_StdInterface::OnUpdatePointers),
+      slotOf(&SYS_GeomIterator::GetObjectType),      slotOf(&SYS_GeomIterator::GetPointValue),
+      slotOf(&SYS_GeomIterator::GetDoublePointValue), slotOf(&SYS_GeomIterator::GetLocationValue),
+      slotOf(&SYS_GeomIterator::GetCircleValue),     slotOf(&SYS_GeomIterator::GetSegmentValue),
+      slotOf(&SYS_GeomIterator::GetArcValue),        slotOf(&SYS_GeomIterator::GetRectangleValue),
+  };
+  for (long i = 0; i < 16; ++i) EXPECT_EQ(slots[i], i) << "operation " << i << " in declaration order";
   EXPECT_EQ(slotOf(&SYS_Geometry::GetGeometry), 0);
   EXPECT_EQ(slotOf(&SYS_Geometry::IsValid), 1);
 }
 
-// A geometry iterator starts with maximum 0, answers nothing, and a host iterator that only
-// overrides the walk still gets those answers.
+// A geometry iterator starts with maximum 0 and answers nothing, also for a host iterator that only walks.
 TEST(GeomIterator, AnswersNothingUntilOverridden) {
-  struct Pads : SYS_GeomIterator {
-    Pads() { SetMaxHandle(2); }
-  } pads;
+  struct Pads : SYS_GeomIterator { Pads() { SetMaxHandle(2); } } pads;
   SYS_GeomIterator &it = pads;
   EXPECT_EQ(walk(it), (std::vector<SYS_Handle>{1, 2, 0}));
   it.GetFirst(nullptr);
   EXPECT_EQ(it.GetObjectType(), SYS_NoGeometry);
-  EXPECT_EQ(it.GetPointValue(), nullptr);
-  EXPECT_EQ(it.GetDoublePointValue(), nullptr);
-  EXPECT_EQ(it.GetLocationValue(), nullptr);
-  EXPECT_EQ(it.GetCircleValue(), nullptr);
-  EXPECT_EQ(it.GetSegmentValue(), nullptr);
-  EXPECT_EQ(it.GetArcValue(), nullptr);
-  EXPECT_EQ(it.GetRectangleValue(), nullptr);
-  SYS_GeomIterator copy(it);
-  EXPECT_EQ(copy.GetHandle(), 1);
-  copy.GetNext();
-  copy.GetNext();
-  EXPECT_EQ(copy.IsValid(), 0);
-  SYS_GeomIterator plain;
-  plain.GetFirst(nullptr);
-  EXPECT_EQ(plain.IsValid(), 0);
+  EXPECT_TRUE(!it.GetPointValue() && !it.GetDoublePointValue() && !it.GetLocationValue() && !it.GetCircleValue() &&
+              !it.GetSegmentValue() && !it.GetArcValue() && !it.GetRectangleValue());
   SYS_Geometry geometry;
   EXPECT_EQ(geometry.GetGeometry(), SYS_NoGeometry);
   EXPECT_EQ(geometry.IsValid(), 0);
 }
 
-// A node alone is a ring of one: no next node, nothing found, and excluding it changes nothing.
+// A node alone is a ring of one: no next node, nothing found, and including or excluding itself changes nothing.
 TEST(GeomNode, AloneFindsNothing) {
   Node alone(1);
-  EXPECT_EQ(alone.GetRoot(), nullptr);
-  EXPECT_EQ(alone.GetNextGeomRoot(), nullptr);
-  EXPECT_EQ(alone.GetDBRoot(), nullptr);
-  EXPECT_EQ(alone.GetNextRoot(&alone), nullptr);
-  EXPECT_EQ(alone.GetPrevRoot(&alone), nullptr);
   alone.ExcludeRoot(&alone);
-  EXPECT_EQ(alone.GetRoot(), nullptr);
   alone.IncludeRoot(&alone);
-  EXPECT_EQ(alone.GetRoot(), nullptr);
   alone.IncludeRoot(nullptr);
   alone.ExcludeRoot(nullptr);
-  EXPECT_EQ(alone.GetRoot(), nullptr);
-  EXPECT_EQ(alone.GetPrevRoot(nullptr), nullptr);
-  EXPECT_EQ(alone.GetNextRoot(nullptr, SGN_DBRoot), nullptr);
-  EXPECT_EQ(alone.IsValid(), 1);
-  EXPECT_EQ(alone.IsGeomType(), 1);
-  alone.SetGeomType(SGN_NotValid);
-  EXPECT_EQ(alone.IsValid(), 0);
+  expectFound({
+      {"root", alone.GetRoot(), nullptr}, {"geometry", alone.GetNextGeomRoot(), nullptr},
+      {"database", alone.GetDBRoot(), nullptr}, {"next of itself", alone.GetNextRoot(&alone), nullptr},
+      {"previous of itself", alone.GetPrevRoot(&alone), nullptr},
+      {"previous of null", alone.GetPrevRoot(nullptr), nullptr},
+      {"next of null by type", alone.GetNextRoot(nullptr, SGN_DBRoot), nullptr},
+  });
 }
 
-// Including puts a node right after the head, so the last included comes first; searches
-// start after the head and find the first node of the type asked for.
+// Including puts a node right after the head (the last included comes first); searches find the first of a type.
 TEST(GeomNode, IncludeAndSearch) {
   Node head, a(SGN_DBRoot), b(1), brt(SGN_BRTRoot), geom2(2);
   head.IncludeRoot(&a);
-  head.IncludeRoot(&b);  // head, b, a
-  EXPECT_EQ(ring(head), (std::vector<SYS_GeomNode const *>{&head, &b, &a}));
-  EXPECT_EQ(head.GetDBRoot(), &a);
-  EXPECT_EQ(head.GetNextGeomRoot(), &b);
-  EXPECT_EQ(head.GetBRTRoot(), nullptr);
-  EXPECT_EQ(head.GetNextRoot(&b), &a);
-  EXPECT_EQ(head.GetNextRoot(&a), nullptr);  // a's next is the head
-  EXPECT_EQ(head.GetPrevRoot(&head), &a);
-  EXPECT_EQ(head.GetPrevRoot(&a), nullptr);
-  EXPECT_EQ(head.GetPrevRoot(&b), &a);
-
+  head.IncludeRoot(&b);
+  EXPECT_EQ(ring(head), (Ring{&head, &b, &a}));
+  expectFound({
+      {"database", head.GetDBRoot(), &a}, {"geometry", head.GetNextGeomRoot(), &b},
+      {"no BRT", head.GetBRTRoot(), nullptr}, {"after b", head.GetNextRoot(&b), &a},
+      {"after a is the head", head.GetNextRoot(&a), nullptr}, {"before the head", head.GetPrevRoot(&head), &a},
+      {"before b from a", head.GetPrevRoot(&a), nullptr}, {"from b round to a", head.GetPrevRoot(&b), &a},
+  });
   a.IncludeRoot(&brt);
-  a.IncludeRoot(&geom2);  // head, b, a, geom2, brt
-  EXPECT_EQ(head.GetBRTRoot(), &brt);
-  EXPECT_EQ(head.GetNextRoot(&b, static_cast<SGN_Type>(2)), &geom2);
-  EXPECT_EQ(head.GetNextRoot(&geom2, static_cast<SGN_Type>(1)), nullptr);  // b lies behind
-  // Searching from another node of the same ring stops at that node.
-  EXPECT_EQ(a.GetNextGeomRoot(), &geom2);
-  EXPECT_EQ(brt.GetNextGeomRoot(), &b);
-  EXPECT_EQ(geom2.GetDBRoot(), &a);
-  EXPECT_EQ(a.GetDBRoot(), nullptr);
-  EXPECT_EQ(b.GetPrevRoot(&b), &head);
+  a.IncludeRoot(&geom2);
+  EXPECT_EQ(ring(head), (Ring{&head, &b, &a, &geom2, &brt}));
+  expectFound({
+      {"BRT", head.GetBRTRoot(), &brt}, {"type 2 after b", head.GetNextRoot(&b, type(2)), &geom2},
+      {"type 1 lies behind", head.GetNextRoot(&geom2, type(1)), nullptr},
+      // Searching from another node of the same ring stops at that node.
+      {"geometry from a", a.GetNextGeomRoot(), &geom2}, {"geometry from brt", brt.GetNextGeomRoot(), &b},
+      {"database from geom2", geom2.GetDBRoot(), &a}, {"database from a", a.GetDBRoot(), nullptr},
+      {"previous from b's side", b.GetPrevRoot(&b), &head},
+  });
 }
 
-// Excluding a node closes the ring behind it and leaves it alone; given itself, the node
-// leaves; given another node of the ring, that node leaves.
+// Excluding a node closes the ring behind it and leaves it alone: itself, another node, or the head.
 TEST(GeomNode, ExcludeClosesTheRing) {
   Node head, a(SGN_DBRoot), b(1), c(2);
   head.IncludeRoot(&a);
-  head.IncludeRoot(&b);  // head, b, a
+  head.IncludeRoot(&b);
   b.ExcludeRoot(&b);
-  EXPECT_EQ(ring(head), (std::vector<SYS_GeomNode const *>{&head, &a}));
-  EXPECT_EQ(b.GetRoot(), nullptr);
-  EXPECT_EQ(head.GetDBRoot(), &a);
+  EXPECT_EQ(ring(head), (Ring{&head, &a}));
+  EXPECT_EQ(ring(b), (Ring{&b}));
   EXPECT_EQ(head.GetNextGeomRoot(), nullptr);
-
   head.IncludeRoot(&b);
   b.IncludeRoot(&c);  // head, b, c, a
   head.ExcludeRoot(&c);
-  EXPECT_EQ(ring(head), (std::vector<SYS_GeomNode const *>{&head, &b, &a}));
-  EXPECT_EQ(c.GetRoot(), nullptr);
-  a.ExcludeRoot(&head);  // the head itself may leave
-  EXPECT_EQ(ring(b), (std::vector<SYS_GeomNode const *>{&b, &a}));
-  EXPECT_EQ(head.GetRoot(), nullptr);
+  EXPECT_EQ(ring(head), (Ring{&head, &b, &a}));
+  EXPECT_EQ(ring(c), (Ring{&c}));
+  a.ExcludeRoot(&head);
+  EXPECT_EQ(ring(b), (Ring{&b, &a}));
+  EXPECT_EQ(ring(head), (Ring{&head}));
 }
 
-// A walk to a node's predecessor does not pass a node of type 6: GetPrevRoot gives null
-// and ExcludeRoot leaves the ring as it was.
+// A walk to a node's predecessor does not pass a node of type 6: GetPrevRoot gives null, ExcludeRoot does nothing.
 TEST(GeomNode, TypeSixStopsPredecessorWalks) {
   Node head, a(1), barrier(6), b(2);
   head.IncludeRoot(&b);
@@ -257,48 +207,38 @@ TEST(GeomNode, TypeSixStopsPredecessorWalks) {
   EXPECT_EQ(head.GetPrevRoot(&head), nullptr);
   EXPECT_EQ(head.GetPrevRoot(&barrier), &b);  // the walk starts behind the barrier
   b.ExcludeRoot(&a);  // the walk from a meets the barrier before reaching the head
-  EXPECT_EQ(ring(head), (std::vector<SYS_GeomNode const *>{&head, &a, &barrier, &b}));
+  EXPECT_EQ(ring(head), (Ring{&head, &a, &barrier, &b}));
   head.ExcludeRoot(&barrier);  // behind it: b, head, a; a's next is the barrier
-  EXPECT_EQ(ring(head), (std::vector<SYS_GeomNode const *>{&head, &a, &b}));
-  EXPECT_EQ(barrier.GetRoot(), nullptr);
+  EXPECT_EQ(ring(head), (Ring{&head, &a, &b}));
+  EXPECT_EQ(ring(barrier), (Ring{&barrier}));
   EXPECT_EQ(head.GetNextGeomRoot(), &a);
 }
 
-// A node given from another ring, or a copy that took a node's link, never makes a walk
-// spin: the search ends and finds nothing.
+// A node of another ring, or a copy that took a node's link, never makes a walk spin: it ends finding nothing.
 TEST(GeomNode, ForeignRingsEndTheWalk) {
-  Node head, a(1), b(1);
+  Node head, a(1), b(1), other, x(3), y(3);
   head.IncludeRoot(&a);
   head.IncludeRoot(&b);
-  Node other, x(3), y(3);
   other.IncludeRoot(&x);
   other.IncludeRoot(&y);
-  EXPECT_EQ(head.GetNextRoot(&x, SGN_DBRoot), nullptr);
-  EXPECT_EQ(head.GetPrevRoot(&x), nullptr);
-  EXPECT_EQ(head.GetNextRoot(&x, static_cast<SGN_Type>(3)), &y);  // found before going round
-
   Node copy;
   copy = a;  // copy points to the head, but nothing points to the copy
-  EXPECT_EQ(copy.GetRoot(), &head);
-  EXPECT_EQ(copy.GetNextGeomRoot(), &b);
-  EXPECT_EQ(copy.GetBRTRoot(), nullptr);
-  EXPECT_EQ(copy.GetPrevRoot(&copy), nullptr);
+  expectFound({
+      {"database from x", head.GetNextRoot(&x, SGN_DBRoot), nullptr}, {"previous of x", head.GetPrevRoot(&x), nullptr},
+      {"found before going round", head.GetNextRoot(&x, type(3)), &y}, {"copy's root", copy.GetRoot(), &head},
+      {"copy's geometry", copy.GetNextGeomRoot(), &b}, {"copy's BRT", copy.GetBRTRoot(), nullptr},
+      {"copy's predecessor", copy.GetPrevRoot(&copy), nullptr},
+  });
   copy.ExcludeRoot(&copy);  // it has no predecessor: nothing changes
-  EXPECT_EQ(ring(head), (std::vector<SYS_GeomNode const *>{&head, &b, &a}));
-
-  Node self;
-  self.SetRoot(&a);  // a lone link into the ring
-  self.SetRoot(nullptr);
-  EXPECT_EQ(self.GetRoot(), nullptr);
+  EXPECT_EQ(ring(head), (Ring{&head, &b, &a}));
 }
 
 // Random inclusions and exclusions agree with a model of rings as lists.
 TEST(GeomNode, RandomOperationsMatchAModel) {
   std::mt19937 rng(8);
   std::vector<Node> nodes(12);
-  for (size_t i = 0; i < nodes.size(); ++i) nodes[i].SetGeomType(static_cast<SGN_Type>(i % 7));
-  // model[i]: the node following i.
-  std::vector<size_t> model(nodes.size());
+  for (size_t i = 0; i < nodes.size(); ++i) nodes[i].SetGeomType(type(static_cast<int>(i % 7)));
+  std::vector<size_t> model(nodes.size());  // model[i]: the node following i
   for (size_t i = 0; i < model.size(); ++i) model[i] = i;
   auto index = [&](SYS_GeomNode const *p) { return static_cast<size_t>(static_cast<Node const *>(p) - nodes.data()); };
   for (int step = 0; step < 2000; ++step) {
@@ -325,13 +265,9 @@ TEST(GeomNode, RandomOperationsMatchAModel) {
       SYS_GeomNode const *next = nodes[k].GetRoot();
       ASSERT_EQ(next == nullptr ? k : index(next), model[k]) << "step " << step << " node " << k;
     }
-    // The first node of type 4 after node i, by the model.
-    size_t expected = nodes.size();
-    for (size_t p = model[i]; p != i; p = model[p])
-      if (p % 7 == 4) {
-        expected = p;
-        break;
-      }
+    size_t expected = nodes.size();  // the first node of type 4 after node i, by the model
+    for (size_t p = model[i]; p != i && expected == nodes.size(); p = model[p])
+      if (p % 7 == 4) expected = p;
     SYS_GeomNode const *found = nodes[i].GetDBRoot();
     ASSERT_EQ(found == nullptr ? nodes.size() : index(found), expected) << "step " << step;
   }

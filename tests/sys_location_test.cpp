@@ -3,18 +3,17 @@
 
 #include <gtest/gtest.h>
 
-// Orientations are reduced by truncating division: the remainder keeps its sign, so
-// -700,000,000 becomes -52,000,000, which is still valid.
+// Orientations are reduced by truncating division: the remainder keeps its sign (-700,000,000 gives -52,000,000).
 TEST(SysLocation, OrientationReducedKeepingItsSign) {
   struct Case { long given, stored; } cases[] = {
-      {700000000, 52000000}, {-700000000, -52000000}, {648000000, 0},
-      {-648000000, 0}, {647999999, 647999999}, {2147483647, 2147483647L % 648000000},
+      {700000000, 52000000}, {-700000000, -52000000}, {648000000, 0}, {-648000000, 0}, {647999999, 647999999},
+      {2147483647, 2147483647L % 648000000},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.given);
     SYS_Location l(1, 2, c.given);
     EXPECT_EQ(l.GetOrientation(), c.stored);
-    EXPECT_EQ(l.IsValid(), 1);
+    EXPECT_EQ(l.IsValid(), 1);  // a negative remainder is still valid
     l.Set(SYS_Point(0, 0), 0);
     l.SetOrientation(c.given);
     EXPECT_EQ(l.GetOrientation(), c.stored);
@@ -25,15 +24,13 @@ TEST(SysLocation, OrientationReducedKeepingItsSign) {
 // Sums add origins and reduce the summed orientation.
 TEST(SysLocation, SumReducesOrientation) {
   SYS_Location a(10, 20, 600000000);
-  SYS_Location const b(1, -2, 100000000);
-  EXPECT_EQ(a + b, SYS_Location(11, 18, 52000000));
+  EXPECT_EQ(a + SYS_Location(1, -2, 100000000), SYS_Location(11, 18, 52000000));
   a += SYS_Location(0, 0, -640000000);
-  EXPECT_EQ(a.GetOrientation(), -40000000);
+  EXPECT_EQ(a, SYS_Location(10, 20, -40000000));
   EXPECT_NE(a, SYS_Location(10, 20, -40000001));
 }
 
-// The mirror flag is 0 or 1 whatever is given; += flips on a mirrored operand, + takes
-// the exclusive-or.
+// The mirror flag is 0 or 1 whatever is given; += flips on a mirrored operand, + takes the exclusive-or.
 TEST(SysPosition, MirrorFlag) {
   SYS_Position p(0, 0, 0, 7);
   EXPECT_EQ(p.GetMirror(), 1);
@@ -50,35 +47,22 @@ TEST(SysPosition, MirrorFlag) {
   EXPECT_EQ((plain + mirrored).GetMirror(), 1);
   EXPECT_NE(mirrored, plain);
   EXPECT_EQ(SYS_Position(SYS_Location(5, 6, 700000000), 2), SYS_Position(5, 6, 52000000, 1));
-  EXPECT_EQ(SYS_Position().IsValid(), 1);
 }
 
-// Text objects: a default text is empty with no style; attributes copy the style as a
-// pointer, so a change of the style shows through every copy.
+// Text attributes copy the style as a pointer, so a change of the style shows through every copy; the text is a value.
 TEST(SysText, StyleSharedByCopies) {
-  SYS_Text const fresh;
-  EXPECT_EQ(fresh.GetStyle(), nullptr);
-  EXPECT_EQ(fresh.GetPosition(), SYS_Position());
-  EXPECT_EQ(fresh.GetString().GetLength(), 0);
-
+  EXPECT_EQ(SYS_Text().GetStyle(), nullptr);
   SYS_TextStyle style;
-  EXPECT_EQ(style.SetFont("Stroke"), 1);
-  EXPECT_EQ(style.SetHeight(1500000), 1);
-  EXPECT_EQ(style.SetWidth(1200000), 1);
   SYS_Text text;
-  EXPECT_EQ(text.SetStyle(style), 1);
-  EXPECT_EQ(text.SetString("U17"), 1);
-  EXPECT_EQ(text.SetPosition(SYS_Position(100, 200, 162000000, 1)), 1);
+  text.SetStyle(style);
+  text.SetString("U17");
   SYS_Text const copy(text);
   SYS_TextAttributes assigned;
   assigned = text;
   style.SetHeight(3000000);
   EXPECT_EQ(copy.GetStyle(), &style);
+  EXPECT_EQ(assigned.GetStyle(), &style);
   EXPECT_EQ(copy.GetStyle()->GetHeight(), 3000000);
-  EXPECT_EQ(assigned.GetStyle()->GetHeight(), 3000000);
-  EXPECT_STREQ(copy.GetString(), "U17");
-  EXPECT_STREQ(copy.GetStyle()->GetFont(), "Stroke");
-  EXPECT_EQ(assigned.GetPosition(), SYS_Position(100, 200, 162000000, 1));
   text.SetString("U18");
-  EXPECT_STREQ(copy.GetString(), "U17");  // the string itself is a value
+  EXPECT_STREQ(copy.GetString(), "U17");
 }

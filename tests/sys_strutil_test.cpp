@@ -3,27 +3,20 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <random>
 #include <string>
-#include <vector>
 
 namespace {
 int sign(int v) { return (v > 0) - (v < 0); }
 }  // namespace
 
-// Doubles: signs are skipped anywhere, one point before the exponent, an exponent needs a
-// digit, and plain mode ends the scan at the "e".
+// Doubles: signs are skipped anywhere, one point before the exponent, which needs a digit; plain mode stops at "e".
 TEST(NumberRecognisers, Doubles) {
-  struct Case {
-    char const *text;
-    int isDouble, isDecDouble;
-  } cases[] = {
-      {"1.5e10", 1, 0}, {"-.5", 1, 1}, {"5.", 1, 1},   {"1-2", 1, 1},  {"+-3", 1, 1},
-      {".", 0, 0},      {"e5", 0, 0},  {"1e", 0, 0},   {"1.2.3", 0, 0}, {"", 0, 0},
-      {"1e5e", 0, 0},   {"1e.5", 0, 0}, {"-", 0, 0},   {"12", 1, 1},   {"1E-3", 1, 0},
-      {"1e+-2", 1, 0},  {"+", 0, 0},   {" 1", 0, 0},   {"1 ", 0, 0},
+  struct Case { char const *text; int isDouble, isDecDouble; } cases[] = {
+      {"1.5e10", 1, 0}, {"-.5", 1, 1}, {"5.", 1, 1}, {"1-2", 1, 1}, {"+-3", 1, 1}, {".", 0, 0}, {"e5", 0, 0},
+      {"1e", 0, 0}, {"1.2.3", 0, 0}, {"", 0, 0}, {"1e5e", 0, 0}, {"1e.5", 0, 0}, {"-", 0, 0}, {"12", 1, 1},
+      {"1E-3", 1, 0}, {"1e+-2", 1, 0}, {"+", 0, 0}, {" 1", 0, 0}, {"1 ", 0, 0},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.text);
@@ -32,83 +25,53 @@ TEST(NumberRecognisers, Doubles) {
   }
 }
 
-// The end positions point into the text: where the scan stopped.
+// The scanners return where the scan stopped inside the text, or null when no number starts it.
 TEST(NumberRecognisers, ScanEnds) {
-  char const text[] = "1.5e10";
-  EXPECT_EQ(getdouble(text, 1), text + 3);
-  EXPECT_EQ(getdouble(text, 0), text + 6);
-  EXPECT_EQ(getdouble("e5", 1), nullptr);
-  EXPECT_EQ(getdouble(nullptr, 0), nullptr);
-  char const twoPoints[] = "1.2.3";
-  EXPECT_EQ(getdouble(twoPoints, 0), twoPoints + 3);
-  char const exponentPoint[] = "2e3.5";
-  EXPECT_EQ(getdouble(exponentPoint, 0), exponentPoint + 3);
-  char const multibyte[] = "12\xC3\xA9";
-  EXPECT_EQ(getdouble(multibyte, 0), multibyte + 2);
-  EXPECT_EQ(getinteger(multibyte, 1), multibyte + 2);
-  char const hex[] = "0x1F";
-  EXPECT_EQ(getinteger(hex, 3), hex + 1);
-  EXPECT_EQ(getinteger("", 1), nullptr);
-  EXPECT_EQ(getinteger(nullptr, 1), nullptr);
+  char const exponent[] = "1.5e10", twoPoints[] = "1.2.3", exponentPoint[] = "2e3.5", multibyte[] = "12\xC3\xA9",
+             hex[] = "0x1F", zeroX[] = "0xg";
+  struct Case { char const *name, *text, *end; int used; } cases[] = {  // used -1: null
+      {"plain mode stops at e", exponent, getdouble(exponent, 1), 3}, {"exponent", exponent, getdouble(exponent, 0), 6},
+      {"no digit", "e5", getdouble("e5", 1), -1}, {"null", nullptr, getdouble(nullptr, 0), -1},
+      {"second point", twoPoints, getdouble(twoPoints, 0), 3},
+      {"point in exponent", exponentPoint, getdouble(exponentPoint, 0), 3},
+      {"multibyte double", multibyte, getdouble(multibyte, 0), 2},
+      {"multibyte integer", multibyte, getinteger(multibyte, 1), 2},
+      {"hexadecimal in octal", hex, getinteger(hex, 3), 1}, {"empty integer", "", getinteger("", 1), -1},
+      {"null integer", nullptr, getinteger(nullptr, 1), -1}, {"0x without digits", zeroX, getinteger(zeroX, 0), 1},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(c.end, c.used < 0 ? nullptr : c.text + c.used);
+  }
 }
 
-// Integers count digits of the chosen base; signs are skipped anywhere.
+// Integers count digits of the chosen base; signs are skipped anywhere; base 0 picks it by prefix ("0x", "0", else 10).
 TEST(NumberRecognisers, Integers) {
-  struct Case {
-    char const *text;
-    int dec, hex, oct;
-  } cases[] = {
-      {"-42", 1, 1, 1}, {"4-2", 1, 1, 1}, {"4.2", 0, 0, 0}, {"x", 0, 0, 0}, {"", 0, 0, 0},
-      {"1aF", 0, 1, 0}, {"1g", 0, 0, 0},  {"17", 1, 1, 1},  {"18", 1, 1, 0}, {"0x1F", 0, 0, 0},
-      {"--", 0, 0, 0},  {"+9+", 1, 1, 0},
+  struct Case { char const *text; int dec, hex, oct, any; } cases[] = {
+      {"-42", 1, 1, 1, 1}, {"4-2", 1, 1, 1, 1}, {"4.2", 0, 0, 0, 0}, {"x", 0, 0, 0, 0}, {"", 0, 0, 0, 0},
+      {"1aF", 0, 1, 0, 0}, {"1g", 0, 0, 0, 0}, {"17", 1, 1, 1, 1}, {"18", 1, 1, 0, 1}, {"0x1F", 0, 0, 0, 1},
+      {"--", 0, 0, 0, 0}, {"+9+", 1, 1, 0, 1}, {"-0X1f", 0, 0, 0, 1}, {"017", 1, 1, 1, 1}, {"018", 1, 1, 0, 0},
+      {"1F", 0, 1, 0, 0}, {"0x", 0, 0, 0, 0},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.text);
     EXPECT_EQ(isdecinteger(c.text), c.dec);
     EXPECT_EQ(ishexinteger(c.text), c.hex);
     EXPECT_EQ(isoctinteger(c.text), c.oct);
+    EXPECT_EQ(isinteger(c.text, 0), c.any);
   }
 }
 
-// Any other base picks the digits by prefix: "0x" hexadecimal, "0" octal, else decimal.
-TEST(NumberRecognisers, BaseByPrefix) {
-  EXPECT_EQ(isinteger("0x1F", 0), 1);
-  EXPECT_EQ(isinteger("-0X1f", 0), 1);
-  EXPECT_EQ(isinteger("017", 0), 1);
-  EXPECT_EQ(isinteger("018", 0), 0);
-  EXPECT_EQ(isinteger("19", 0), 1);
-  EXPECT_EQ(isinteger("1F", 0), 0);
-  EXPECT_EQ(isinteger("0x", 0), 0);
-  char const zeroX[] = "0xg";
-  EXPECT_EQ(getinteger(zeroX, 0), zeroX + 1);
-}
-
-// Natural order: digit runs compare by value; "$" sorts after everything; the rest by
-// unsigned code. Every case is checked both ways.
+// Natural order: digit runs compare by value; "$" sorts after everything; the rest by unsigned code; both ways.
 TEST(NaturalCompare, Order) {
-  struct Case {
-    char const *a, *b;
-    int sign;
-  } cases[] = {
-      {"file9", "file10", -1},
-      {"a007b", "a7b", 0},
-      {"abc", "abd", -1},
-      {"ab", "abc", -1},
-      {"ab$", "abc", 1},
-      {"ab$", "ab", 1},
-      {"ab$", "ab$", 0},
-      {"R9", "R10", -1},
-      {"R10", "R100", -1},
-      {"C1.2", "C1.10", -1},
-      {"", "", 0},
-      {"", "a", -1},
+  struct Case { char const *a, *b; int sign; } cases[] = {
+      {"file9", "file10", -1}, {"a007b", "a7b", 0}, {"abc", "abd", -1}, {"ab", "abc", -1}, {"ab$", "abc", 1},
+      {"ab$", "ab", 1}, {"ab$", "ab$", 0}, {"R9", "R10", -1}, {"R10", "R100", -1}, {"C1.2", "C1.10", -1}, {"", "", 0},
+      {"", "a", -1}, {"U2a", "U2", 1}, {"7", "07", 0}, {"a", "\xC3\xA9", -1}, {"a", "\xC3\xA9", -1},
       {"a", "\xC3\xA9", -1},  // unsigned bytes: 0xC3 is above every ASCII byte
       {"\xC3\xA9", "\xC3\xA3", 1},  // same lead byte, the whole character decides
       {"x99999999999999999999", "x100000000000000000000", -1},  // beyond 32 bits
-      {"x0000000000000000000001", "x2", -1},
-      {"x4294967296", "x4294967295", 1},
-      {"U2a", "U2", 1},
-      {"7", "07", 0},
+      {"x0000000000000000000001", "x2", -1}, {"x4294967296", "x4294967295", 1},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(std::string(c.a) + " vs " + c.b);
@@ -117,8 +80,7 @@ TEST(NaturalCompare, Order) {
   }
 }
 
-// Where atoi is defined the digit runs compare as atoi reads them: a randomised check of
-// the order against a model built on atoi.
+// Where atoi is defined digit runs compare as atoi reads them: random texts against a model built on atoi.
 TEST(NaturalCompare, AgreesWithAtoiModel) {
   std::mt19937 rng(12345);
   auto randomText = [&rng]() {
@@ -152,42 +114,22 @@ TEST(NaturalCompare, AgreesWithAtoiModel) {
   }
 }
 
-// Sorting part references puts them in the order a person expects.
-TEST(NaturalCompare, SortsPartReferences) {
-  std::vector<std::string> refs = {"R100", "R9", "C2", "R10", "R1", "C10", "U1$", "U1"};
-  std::sort(refs.begin(), refs.end(),
-            [](std::string const &a, std::string const &b) { return _tcsnumcmp(a.c_str(), b.c_str()) < 0; });
-  EXPECT_EQ(refs, (std::vector<std::string>{"C2", "C10", "R1", "R9", "R10", "R100", "U1", "U1$"}));
-}
-
-// Fields are counted from 0; empty fields exist; a missing field empties the result.
+// Fields count from 0, empty ones too; a missing one gives "", null text keeps it; 0x80+ separators are whole.
 TEST(ExtractSubString, Fields) {
-  struct Case {
-    int index;
-    int result;
-    char const *field;
-  } cases[] = {{0, 1, "a"}, {1, 1, "b"}, {2, 1, ""}, {3, 1, "c"}, {4, 0, ""}, {-1, 0, ""}};
+  struct Case { char const *text; int index; char separator; int result; char const *field; } cases[] = {
+      {"a,b,,c", 0, ',', 1, "a"}, {"a,b,,c", 1, ',', 1, "b"}, {"a,b,,c", 2, ',', 1, ""}, {"a,b,,c", 3, ',', 1, "c"},
+      {"a,b,,c", 4, ',', 0, ""}, {"a,b,,c", -1, ',', 0, ""}, {"a,", 1, ',', 1, ""}, {nullptr, 0, ',', 0, "old"},
+      {"x\xC3\xA9\xA9y", 1, '\xA9', 1, "y"},  // the 0xA9 inside "é" is a trail byte
+  };
   for (auto const &c : cases) {
-    SCOPED_TRACE(c.index);
+    SCOPED_TRACE(std::string(c.text != nullptr ? c.text : "(null)") + " field " + std::to_string(c.index));
     SYS_String field("old");
-    EXPECT_EQ(SysExtractSubString(field, "a,b,,c", c.index, ','), c.result);
+    EXPECT_EQ(SysExtractSubString(field, c.text, c.index, c.separator), c.result);
     EXPECT_STREQ(field, c.field);
   }
-  SYS_String field("kept");
-  EXPECT_EQ(SysExtractSubString(field, nullptr, 0, ','), 0);
-  EXPECT_STREQ(field, "kept");
-  EXPECT_EQ(SysExtractSubString(field, "a,", 1, ','), 1);
-  EXPECT_STREQ(field, "");
 }
 
-// A separator of 0x80 or above is found only where it is a character of its own.
-TEST(ExtractSubString, MultibyteSeparator) {
-  SYS_String field;
-  // 0xA9 inside "é" is a trail byte; the lone 0xA9 after it separates.
-  EXPECT_EQ(SysExtractSubString(field, "x\xC3\xA9\xA9y", 1, '\xA9'), 1);
-  EXPECT_STREQ(field, "y");
-}
-
+// FormattedString gives the printf text, however long.
 TEST(FormattedString, Formats) {
   EXPECT_STREQ(FormattedString("%s%d", "R", 12), "R12");
   EXPECT_EQ(FormattedString("%0300d", 1).GetLength(), 300);
