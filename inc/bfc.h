@@ -23,5 +23,10 @@
 #include "sys_arc.h"
 #include "sys_transform.h"
 #include "sys_textobj.h"
+#include "scc_event.h"
+#include "scc_list.h"
+#include "scc_safelist.h"
+#include "scc_compare.h"
+#include "scc_map.h"
 
 #endif

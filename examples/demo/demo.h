@@ -15,5 +15,6 @@ inline void demoHeading(char const *title) { std::printf("\n== %s ==\n", title);
 void demoText();
 void demoGeometry();
 void demoUnits();
+void demoEvents();
 
 #endif

@@ -11,6 +11,7 @@ int main() {
   demoText();
   demoGeometry();
   demoUnits();
+  demoEvents();
   std::printf("\nDemo finished.\n");
   return 0;
 }

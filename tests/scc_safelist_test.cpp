@@ -1,0 +1,291 @@
+//===- tests/scc_safelist_test.cpp - Safe lists and surviving iterators -===//
+#include "scc_safelist.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Item : SCC_SafeDListNode<Item> {
+  explicit Item(int value = 0) : m_Value(value) {}
+  int m_Value;
+};
+
+typedef SCC_SafeDList<Item> List;
+
+/// The values from head to tail, checked against the walk from the tail.
+std::vector<int> values(List &list) {
+  std::vector<int> forward, backward;
+  for (List::Iterator it(list); it.IsValid(); it.Next()) forward.push_back(it->m_Value);
+  List::Iterator back;
+  for (back.Last(list); back.IsValid(); back.Prev()) backward.insert(backward.begin(), back->m_Value);
+  EXPECT_EQ(forward, backward) << "links disagree";
+  return forward;
+}
+
+/// The value an iterator stands on, -1 for nowhere.
+int at(List::Iterator const &it) { return it.IsValid() ? it->m_Value : -1; }
+
+}  // namespace
+
+// An iterator standing on a removed node stands on the next node afterwards; on
+// the last node it reaches the end.
+TEST(SccSafeDList, IteratorOnRemovedNodeMovesOn) {
+  struct Case {
+    int removed;
+    int after;
+  } const cases[] = {{1, 2}, {2, 3}, {3, -1}};
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.removed);
+    Item items[] = {Item(1), Item(2), Item(3)};
+    List list;
+    for (Item &item : items) list.AddTail(&item);
+    List::Iterator it;
+    it.Set(&items[c.removed - 1]);
+    EXPECT_EQ(list.Remove(&items[c.removed - 1]), &items[c.removed - 1]);
+    EXPECT_EQ(at(it), c.after);
+    EXPECT_FALSE(items[c.removed - 1].IsLinked());
+    EXPECT_TRUE(list.IsValid());
+  }
+}
+
+// Every iterator on a removed node moves, copies included; iterators elsewhere
+// stay where they are.
+TEST(SccSafeDList, EveryIteratorOnTheNodeMoves) {
+  Item a(1), b(2), c(3);
+  List list;
+  list.AddTail(&a);
+  list.AddTail(&b);
+  list.AddTail(&c);
+  List::Iterator first, second, elsewhere;
+  first.Set(&b);
+  second.Set(&b);
+  List::Iterator copy(first);
+  elsewhere.Set(&a);
+  EXPECT_EQ(at(copy), 2);
+  list.Remove(&b);
+  EXPECT_EQ(at(first), 3);
+  EXPECT_EQ(at(second), 3);
+  EXPECT_EQ(at(copy), 3);
+  EXPECT_EQ(at(elsewhere), 1);
+  list.Remove(&c);
+  EXPECT_EQ(at(first), -1);
+  EXPECT_EQ(at(second), -1);
+  EXPECT_EQ(at(copy), -1);
+  EXPECT_TRUE(list.IsValid());
+}
+
+// A walk that removes the node it stands on visits every node exactly once.
+TEST(SccSafeDList, RemovingWhileWalking) {
+  Item items[6] = {Item(0), Item(1), Item(2), Item(3), Item(4), Item(5)};
+  List list;
+  for (Item &item : items) list.AddTail(&item);
+  std::vector<int> visited;
+  for (List::Iterator it(list); it.IsValid();) {
+    Item *const node = it.Get();
+    visited.push_back(node->m_Value);
+    if (node->m_Value % 2 == 0) {
+      list.Remove(node);  // moves the iterator on
+    } else {
+      it.Next();
+    }
+  }
+  EXPECT_EQ(visited, (std::vector<int>{0, 1, 2, 3, 4, 5}));
+  EXPECT_EQ(values(list), (std::vector<int>{1, 3, 5}));
+  for (List::Iterator it(list); it.IsValid();) list.Remove(it.Get());
+  EXPECT_TRUE(list.IsEmpty());
+}
+
+// A node destroyed while linked leaves its list as by Remove: its iterators move
+// on; one destroyed after leaving releases any iterator still on it.
+TEST(SccSafeDList, DestroyedNodeLeavesAndMovesIterators) {
+  Item a(1), c(3);
+  auto b = std::make_unique<Item>(2);
+  List list;
+  list.AddTail(&a);
+  list.AddTail(b.get());
+  list.AddTail(&c);
+  List::Iterator it;
+  it.Set(b.get());
+  b.reset();
+  EXPECT_EQ(at(it), 3);
+  EXPECT_EQ(values(list), (std::vector<int>{1, 3}));
+  EXPECT_EQ(list.GetCount(), 2);
+  {
+    Item last(4);
+    list.AddTail(&last);
+    it.Set(&last);
+  }
+  EXPECT_EQ(at(it), -1);
+  EXPECT_EQ(values(list), (std::vector<int>{1, 3}));
+}
+
+// RemoveAll unlinks every node without the removal code: the iterators on them
+// stand nowhere. Destroying a list leaves its nodes unlinked and alive.
+TEST(SccSafeDList, RemoveAllAndDestructionReleaseNodes) {
+  Item a(1), b(2);
+  List::Iterator it;
+  {
+    List list;
+    list.AddTail(&a);
+    list.AddTail(&b);
+    it.Set(&b);
+    list.RemoveAll();
+    EXPECT_EQ(at(it), -1);
+    EXPECT_TRUE(list.IsEmpty());
+    list.AddTail(&a);
+    it.Set(&a);
+  }
+  EXPECT_FALSE(a.IsLinked());
+  EXPECT_EQ(at(it), -1);
+}
+
+// Taking over a list moves its whole ring; the source is left empty, iterators
+// stay on their nodes, and nodes removed later leave the new list.
+TEST(SccSafeDList, TakeOverMovesTheRing) {
+  Item a(1), b(2), mine(9);
+  List source, target;
+  source.AddTail(&a);
+  source.AddTail(&b);
+  target.AddTail(&mine);
+  List::Iterator it;
+  it.Set(&a);
+  target = source;
+  EXPECT_EQ(values(target), (std::vector<int>{1, 2}));
+  EXPECT_TRUE(source.IsEmpty());
+  EXPECT_FALSE(mine.IsLinked());
+  EXPECT_EQ(at(it), 1);
+  {
+    Item extra(3);
+    target.AddTail(&extra);
+  }
+  EXPECT_EQ(values(target), (std::vector<int>{1, 2}));
+  List moved(target);
+  EXPECT_EQ(values(moved), (std::vector<int>{1, 2}));
+  EXPECT_TRUE(target.IsEmpty());
+  moved.Remove(&a);
+  EXPECT_EQ(at(it), 2);
+}
+
+// Linking rules: null positions stand for the root; linking a linked node, or
+// next to an unlinked position, is reported and changes nothing; removing an
+// unlinked node returns null.
+TEST(SccSafeDList, LinkingRulesAndBadArguments) {
+  Item a(1), b(2), c(3), d(4), loose(5);
+  List list, other;
+  EXPECT_EQ(list.RemoveHead(), nullptr);
+  EXPECT_EQ(list.RemoveTail(), nullptr);
+  EXPECT_EQ(list.GetHead(), nullptr);
+  list.InsertBefore(nullptr, &b);
+  list.InsertAfter(nullptr, &a);
+  list.InsertAfter(&b, &d);
+  list.InsertBefore(&d, &c);
+  EXPECT_EQ(values(list), (std::vector<int>{1, 2, 3, 4}));
+  EXPECT_EQ(list.GetTail(), &d);
+
+  EXPECT_EQ(other.AddTail(&a), nullptr);             // already linked
+  EXPECT_EQ(list.InsertAfter(&loose, &loose), nullptr);  // position not linked
+  EXPECT_EQ(list.AddHead(nullptr), nullptr);
+  EXPECT_EQ(list.Remove(nullptr), nullptr);
+  EXPECT_EQ(list.Remove(&loose), nullptr);
+  EXPECT_EQ(values(list), (std::vector<int>{1, 2, 3, 4}));
+  EXPECT_TRUE(other.IsEmpty());
+
+  List::Iterator it;
+  it.Set(&loose);  // an unlinked node is no place to stand
+  EXPECT_EQ(at(it), -1);
+  EXPECT_EQ(list.RemoveHead(), &a);
+  EXPECT_EQ(list.RemoveTail(), &d);
+  EXPECT_EQ(values(list), (std::vector<int>{2, 3}));
+}
+
+// Random links, removals and iterator moves against a simple model: an iterator
+// on a removed node stands on its successor or nowhere.
+TEST(SccSafeDList, RandomisedAgainstModel) {
+  std::mt19937 random(20240605);
+  constexpr int kItems = 24;
+  constexpr int kIterators = 5;
+  std::vector<std::unique_ptr<Item>> items;
+  for (int i = 0; i < kItems; ++i) items.push_back(std::make_unique<Item>(i));
+  List list;
+  std::vector<int> model;
+  List::Iterator iterators[kIterators];
+  int positions[kIterators] = {-1, -1, -1, -1, -1};
+  auto pick = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+  auto indexOf = [&](int value) { return std::find(model.begin(), model.end(), value) - model.begin(); };
+
+  for (int step = 0; step < 4000; ++step) {
+    SCOPED_TRACE(step);
+    int const item = pick(kItems);
+    bool const linked = items[item]->IsLinked();
+    switch (pick(6)) {
+      case 0:  // link first or last
+        if (linked) break;
+        if (pick(2) != 0) {
+          list.AddHead(items[item].get());
+          model.insert(model.begin(), item);
+        } else {
+          list.AddTail(items[item].get());
+          model.push_back(item);
+        }
+        break;
+      case 1: {  // link next to a linked node
+        if (linked || model.empty()) break;
+        int const pos = model[pick(static_cast<int>(model.size()))];
+        auto const where = model.begin() + indexOf(pos);
+        if (pick(2) != 0) {
+          list.InsertBefore(items[pos].get(), items[item].get());
+          model.insert(where, item);
+        } else {
+          list.InsertAfter(items[pos].get(), items[item].get());
+          model.insert(where + 1, item);
+        }
+        break;
+      }
+      case 2:
+      case 3: {  // remove
+        if (!linked) break;
+        auto const index = indexOf(item);
+        int const successor = index + 1 < static_cast<long>(model.size()) ? model[index + 1] : -1;
+        for (int &position : positions)
+          if (position == item) position = successor;
+        model.erase(model.begin() + index);
+        list.Remove(items[item].get());
+        break;
+      }
+      case 4: {  // place an iterator
+        int const which = pick(kIterators);
+        if (linked) {
+          iterators[which].Set(items[item].get());
+          positions[which] = item;
+        } else {
+          iterators[which].First(list);
+          positions[which] = model.empty() ? -1 : model.front();
+        }
+        break;
+      }
+      case 5: {  // step an iterator
+        int const which = pick(kIterators);
+        if (positions[which] < 0) break;
+        auto const index = indexOf(positions[which]);
+        if (pick(2) != 0) {
+          iterators[which].Next();
+          positions[which] = index + 1 < static_cast<long>(model.size()) ? model[index + 1] : -1;
+        } else {
+          iterators[which].Prev();
+          positions[which] = index > 0 ? model[index - 1] : -1;
+        }
+        break;
+      }
+    }
+    for (int i = 0; i < kIterators; ++i) ASSERT_EQ(at(iterators[i]), positions[i]) << "iterator " << i;
+  }
+  EXPECT_EQ(values(list), model);
+  EXPECT_EQ(list.GetCount(), static_cast<int>(model.size()));
+  EXPECT_TRUE(list.IsValid());
+}
