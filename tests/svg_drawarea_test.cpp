@@ -126,9 +126,10 @@ TEST(SvgDrawArea, ElementsMatchRecordedCommands) {
         std::string text;
         for (int k = 0; k + 1 < n; ++k) text += static_cast<char>(w[i + 6 + k]);
         EXPECT_EQ(e.tag, "text");
-        EXPECT_EQ(e.attr.at("x"), num(w[i + 1]));
-        EXPECT_EQ(e.attr.at("y"), num(-w[i + 2]));  // flipped back upright around its baseline
-        EXPECT_EQ(e.attr.at("font-size"), num(w[i + 3]));
+        // Set 100 high, scaled to its height and flipped back upright at its baseline.
+        EXPECT_EQ(e.attr.at("transform"), "translate(" + num(w[i + 1]) + " " + num(w[i + 2]) + ") scale(" +
+                                              num(w[i + 3] / 100) + " " + num(-w[i + 3] / 100) + ")");
+        EXPECT_EQ(e.attr.at("font-size"), "100");
         EXPECT_EQ(e.text, "U7 &lt;new&gt; &amp; more");
         EXPECT_EQ(text, "U7 <new> & more");
         i += 6 + n;
@@ -148,7 +149,7 @@ TEST(SvgDrawArea, ElementsMatchRecordedCommands) {
         // From the right end of the circle counter-clockwise a quarter turn to its top.
         EXPECT_EQ(e.tag, "path");
         EXPECT_EQ(e.attr.at("d"), "M 90000000 40000000 A 10000000 10000000 0 0 1 80000000 50000000");
-        EXPECT_EQ(e.attr.at("vector-effect"), "non-scaling-stroke");  // width 0: a hairline
+        EXPECT_EQ(e.attr.at("stroke-width"), "150000");  // width 0: one pixel
         i += 11;
         break;
       case 9: {

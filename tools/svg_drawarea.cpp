@@ -1,7 +1,8 @@
 //===- tools/svg_drawarea.cpp - Drawing calls written as SVG elements ---===//
 //
 // The elements sit in a group flipped on y, so their coordinates are the base
-// units given; texts flip back so that they read upright.
+// units given; texts flip back so that they read upright. A pen of width 0 is
+// one pixel wide.
 //
 //===------------------------------------------------------------------===//
 #include "svg_drawarea.h"
@@ -201,10 +202,9 @@ std::string SvgDrawArea::stroke(int colour, long width) const {
   static char const *const caps[] = {"round", "square", "butt"};
   std::string s = " fill=\"none\" stroke=\"" + colourText(colour) + "\" stroke-linecap=\"" +
                   caps[m_PenCap >= 0 && m_PenCap <= 2 ? m_PenCap : 0] + "\"";
-  if (width > 0)
-    s += " stroke-width=\"" + number(width) + "\"";
-  else
-    s += " stroke-width=\"1\" vector-effect=\"non-scaling-stroke\"";
+  // A hairline is one pixel wide at the picture's scale.
+  double const units = width > 0 ? static_cast<double>(width) : std::max(1.0, std::round(1.0 / m_PixelsPerUnit));
+  s += " stroke-width=\"" + number(units) + "\"";
   return s;
 }
 
@@ -232,9 +232,10 @@ SYS_Box SvgDrawArea::DrawXorText(char const *text, int height, int align, long x
   long const left = align == 1 ? x - width / 2 : align == 2 ? x - width : x;
   if (flag != 0) {
     static char const *const anchors[] = {"start", "middle", "end"};
-    // Flipped back upright around the baseline: y is given negated inside the flip.
-    draw("<text x=\"" + number(x) + "\" y=\"" + number(-static_cast<double>(y)) +
-             "\" transform=\"scale(1 -1)\" font-family=\"sans-serif\" font-size=\"" + number(h) + "\" text-anchor=\"" +
+    // Renderers choke on fonts millions of units high: the text is set 100 high and scaled
+    // to its height, flipped back upright at its baseline.
+    draw("<text transform=\"translate(" + number(x) + " " + number(y) + ") scale(" + number(h / 100.0) + " " +
+             number(-h / 100.0) + ")\" font-family=\"sans-serif\" font-size=\"100\" text-anchor=\"" +
              anchors[align >= 0 && align <= 2 ? align : 0] + "\" fill=\"" + colourText(m_PenColour) + "\">" +
              escapeText(text) + "</text>",
          true);

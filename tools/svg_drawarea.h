@@ -29,7 +29,7 @@ struct UI_DrawArea::RedrawBlock {
 
 /// A UI_DrawArea that turns drawing calls into an SVG document.
 ///
-/// Colours are 0xRRGGBB. A pen width of 0 is a hairline of one screen pixel. Pen caps: 0
+/// Colours are 0xRRGGBB. A pen width of 0 is a hairline, one pixel of the picture wide. Pen caps: 0
 /// round, 1 square, 2 flat. Texts: the first int is the height in base units (0: 1 mm), the
 /// second the alignment at the position (0 left, 1 centre, 2 right); the flag 0 only
 /// measures the text, any other flag draws it too.
