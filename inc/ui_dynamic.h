@@ -116,11 +116,6 @@ protected:
   UI_DrawArea *m_DrawArea;  // the surface; not owned; null while detached
   int m_BatchDepth;         // open StartBatchDraw calls; never negative
   SYS_Box m_Bounds;         // of everything recorded since the last clear; zero box at first
-
-private:
-  /// The bounds take `box` (normalized) when they are a single point, and are combined
-  /// with it otherwise.
-  void growBounds(SYS_Box box);
 };
 
 #endif

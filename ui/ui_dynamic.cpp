@@ -36,6 +36,38 @@ int cutLength(char const *text, int limit) {
   return static_cast<int>(p - text);
 }
 
+/// The smaller and the larger of two coordinates, without a branch: drag feedback comes in
+/// every orientation, and a mispredicted swap costs more than the rest of a command. The
+/// difference of two 32-bit values always fits 64 bits.
+inline long smaller(long a, long b) {
+  int64_t const d = static_cast<int64_t>(a) - b;
+  return static_cast<long>(b + (d & (d >> 63)));
+}
+inline long larger(long a, long b) {
+  int64_t const d = static_cast<int64_t>(a) - b;
+  return static_cast<long>(a - (d & (d >> 63)));
+}
+
+/// The box with corners (x1, y1) and (x2, y2), normalized.
+inline SYS_Box spanned(long x1, long y1, long x2, long y2) {
+  return SYS_Box(smaller(x1, x2), smaller(y1, y2), larger(x1, x2), larger(y1, y2));
+}
+inline SYS_Box spanned(SYS_Box const &box) {
+  return spanned(box.GetLeft(), box.GetLower(), box.GetRight(), box.GetUpper());
+}
+
+/// The bounds take the normalized `box` while they are a single point, and are combined
+/// with it otherwise. Both are normalized, so combining is taking the extremes (the
+/// undefined box, which Combine treats apart, is never normalized). A free function, so
+/// that it inlines: members of exported classes are called through the symbol table.
+inline void growBounds(SYS_Box &bounds, SYS_Box const &box) {
+  if (bounds.GetLeft() == bounds.GetRight() && bounds.GetLower() == bounds.GetUpper())
+    bounds = box;
+  else
+    bounds.Set(smaller(bounds.GetLeft(), box.GetLeft()), smaller(bounds.GetLower(), box.GetLower()),
+               larger(bounds.GetRight(), box.GetRight()), larger(bounds.GetUpper(), box.GetUpper()));
+}
+
 }  // namespace
 
 CDynamic::CDynamic(UI_DrawArea *area) : m_DrawArea(nullptr), m_BatchDepth(0), m_Bounds() { Install(area); }
@@ -46,14 +78,6 @@ void CDynamic::Install(UI_DrawArea *area) {
   if (area == nullptr) return;
   m_DrawArea = area;
   area->InstallDynamic(this);
-}
-
-void CDynamic::growBounds(SYS_Box box) {
-  box.Normalize();
-  if (m_Bounds.GetLeft() == m_Bounds.GetRight() && m_Bounds.GetLower() == m_Bounds.GetUpper())
-    m_Bounds = box;
-  else
-    m_Bounds.Combine(box);
 }
 
 void CDynamic::PenCap(int cap) {
@@ -72,15 +96,15 @@ void CDynamic::PenSize(long width) {
 }
 
 void CDynamic::FillRect(SYS_Box box, int colour) {
-  box.Normalize();
+  box = spanned(box);
   int32_t *const w = m_Commands.Extend(6);
   w[0] = FillCode, w[1] = word(box.GetLeft()), w[2] = word(box.GetLower()), w[3] = word(box.GetRight()),
   w[4] = word(box.GetUpper()), w[5] = colour;
-  growBounds(box);
+  growBounds(m_Bounds, box);
 }
 
 void CDynamic::DrawXorBox(SYS_Box box) {
-  box.Normalize();
+  box = spanned(box);
   DrawXorBox(box.GetLowerLeft(), box.GetUpperRight());
 }
 
@@ -88,15 +112,15 @@ void CDynamic::DrawXorBox(SYS_Point corner1, SYS_Point corner2) {
   int32_t *const w = m_Commands.Extend(5);
   w[0] = BoxCode, w[1] = word(corner1.GetX()), w[2] = word(corner1.GetY()), w[3] = word(corner2.GetX()),
   w[4] = word(corner2.GetY());
-  growBounds(SYS_Box(corner1, corner2));
+  growBounds(m_Bounds, spanned(corner1.GetX(), corner1.GetY(), corner2.GetX(), corner2.GetY()));
 }
 
 void CDynamic::DrawXorOval(SYS_Box box) {
-  box.Normalize();
+  box = spanned(box);
   int32_t *const w = m_Commands.Extend(5);
   w[0] = OvalCode, w[1] = word(box.GetLeft()), w[2] = word(box.GetLower()), w[3] = word(box.GetRight()),
   w[4] = word(box.GetUpper());
-  growBounds(box);
+  growBounds(m_Bounds, box);
 }
 
 SYS_Box CDynamic::DrawXorText(char const *text, int param1, int param2, long x, long y, int) {
@@ -112,7 +136,7 @@ SYS_Box CDynamic::DrawXorText(char const *text, int param1, int param2, long x, 
   // The surface measures what the command holds, so the bounds match what a replay draws.
   std::string const kept = cut ? std::string(text, static_cast<size_t>(length)) : std::string();
   SYS_Box const box = m_DrawArea->DrawXorText(cut ? kept.c_str() : text, param1, param2, x, y, 0);
-  growBounds(box);
+  growBounds(m_Bounds, spanned(box));
   return box;
 }
 
@@ -141,28 +165,27 @@ void CDynamic::FastPolyPolyline(SYS_Point *points, unsigned long const *counts, 
     long const x = points[i].GetX(), y = points[i].GetY();
     *w++ = word(x);
     *w++ = word(y);
-    if (x < left) left = x;
-    if (x > right) right = x;
-    if (y < lower) lower = y;
-    if (y > upper) upper = y;
+    left = smaller(left, x), right = larger(right, x);
+    lower = smaller(lower, y), upper = larger(upper, y);
   }
-  growBounds(SYS_Box(left, lower, right, upper));
+  growBounds(m_Bounds, SYS_Box(left, lower, right, upper));
 }
 
 void CDynamic::DrawLine(SYS_Point const &from, SYS_Point const &to, long width, int colour) {
   int32_t *const w = m_Commands.Extend(7);
-  w[0] = LineCode, w[1] = word(from.GetX()), w[2] = word(from.GetY()), w[3] = word(to.GetX()),
-  w[4] = word(to.GetY()), w[5] = word(width), w[6] = colour;
-  growBounds(SYS_Box(from, to));
+  long const x1 = from.GetX(), y1 = from.GetY(), x2 = to.GetX(), y2 = to.GetY();
+  w[0] = LineCode, w[1] = word(x1), w[2] = word(y1), w[3] = word(x2), w[4] = word(y2), w[5] = word(width),
+  w[6] = colour;
+  growBounds(m_Bounds, spanned(x1, y1, x2, y2));
 }
 
 void CDynamic::DrawArc(SYS_Box box, SYS_Point const &from, SYS_Point const &to, long width, int colour) {
-  box.Normalize();
+  box = spanned(box);
   int32_t *const w = m_Commands.Extend(11);
   w[0] = ArcCode, w[1] = word(box.GetLeft()), w[2] = word(box.GetLower()), w[3] = word(box.GetRight()),
   w[4] = word(box.GetUpper()), w[5] = word(from.GetX()), w[6] = word(from.GetY()), w[7] = word(to.GetX()),
   w[8] = word(to.GetY()), w[9] = word(width), w[10] = colour;
-  growBounds(box);
+  growBounds(m_Bounds, box);
 }
 
 void CDynamic::StartBatchDraw() {
