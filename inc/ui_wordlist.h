@@ -42,14 +42,8 @@ public:
     m_Size += count;
     return at;
   }
-  /// Drops the last words so that `size` remain; a size outside [0, GetSize()] is ignored.
-  void Truncate(int size) {
-    if (size >= 0 && size <= m_Size) m_Size = size;
-  }
   /// Empties the list and keeps its memory.
   void RemoveAll() { m_Size = 0; }
-  /// Empties the list and gives its memory back.
-  void FreeAll();
 
 private:
   void grow(int count);

@@ -48,12 +48,6 @@ UI_WordList &UI_WordList::operator=(UI_WordList &&other) noexcept {
 
 UI_WordList::~UI_WordList() { std::free(m_Words); }
 
-void UI_WordList::FreeAll() {
-  std::free(m_Words);
-  m_Words = nullptr;
-  m_Size = m_Capacity = 0;
-}
-
 void UI_WordList::grow(int count) {
   if (count < 0 || count > INT_MAX - m_Size) throw std::bad_alloc();
   int const needed = m_Size + count;
