@@ -18,10 +18,9 @@
 class BFC_API UI_WordList {
 public:
   UI_WordList() noexcept : m_Words(nullptr), m_Size(0), m_Capacity(0) {}
-  UI_WordList(UI_WordList const &other);
-  UI_WordList &operator=(UI_WordList const &other);
-  UI_WordList(UI_WordList &&other) noexcept;
-  UI_WordList &operator=(UI_WordList &&other) noexcept;
+  /// The list of a layer is the layer's own: it is neither copied nor moved.
+  UI_WordList(UI_WordList const &) = delete;
+  UI_WordList &operator=(UI_WordList const &) = delete;
   ~UI_WordList();
 
   int GetSize() const { return m_Size; }

@@ -263,25 +263,6 @@ TEST(SvgDrawArea, DocumentAndFile) {
   EXPECT_EQ(svg.WriteFile(nullptr), 0);
 }
 
-// Measuring a text (flag 0) draws nothing; the box follows the alignment and the height.
-TEST(SvgDrawArea, TextBoxes) {
-  SvgDrawArea svg(kView, 1000);
-  struct Case {
-    char const *name;
-    int height, align;
-    SYS_Box box;
-  } const cases[] = {
-      {"left, 1 mm default", 0, 0, SYS_Box(1000, 2000, 1000 + 2700000, 2000 + 1500000)},
-      {"centred", 1000000, 1, SYS_Box(1000 - 900000, 2000, 1000 + 900000, 1002000)},
-      {"right", 1000000, 2, SYS_Box(1000 - 1800000, 2000, 1000, 1002000)},
-  };
-  for (auto const &c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_EQ(svg.DrawXorText("ab\xC3\xA9", c.height, c.align, 1000L, 2000L, 0), c.box);
-  }
-  EXPECT_TRUE(svg.GetElements().empty());
-}
-
 // A surface going away tells its layers (code 2), which detach; a layer going away leaves
 // the surface, which then redraws without it.
 TEST(SvgDrawArea, LifetimesOfSurfaceAndLayer) {

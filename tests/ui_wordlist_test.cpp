@@ -6,7 +6,6 @@
 #include <climits>
 #include <cstdint>
 #include <new>
-#include <utility>
 #include <vector>
 
 namespace {
@@ -55,31 +54,4 @@ TEST(UiWordList, ImpossibleGrowthThrows) {
     EXPECT_EQ(contents(list), (std::vector<int32_t>{7}));
   }
   EXPECT_EQ(list.Extend(0), list.GetData() + 1);
-}
-
-// Copies are independent; a moved-from list is empty and usable; self-assignment is safe.
-TEST(UiWordList, CopyAndMove) {
-  UI_WordList a;
-  for (int32_t v : {1, -2, 3}) a.Append(v);
-  UI_WordList b(a);
-  b.Append(4);
-  EXPECT_EQ(contents(a), (std::vector<int32_t>{1, -2, 3}));
-  EXPECT_EQ(contents(b), (std::vector<int32_t>{1, -2, 3, 4}));
-  a = b;
-  EXPECT_EQ(contents(a), contents(b));
-  EXPECT_NE(a.GetData(), b.GetData());
-  UI_WordList const empty;
-  a = empty;
-  EXPECT_TRUE(a.IsEmpty());
-  UI_WordList c(std::move(b));
-  EXPECT_EQ(c.GetSize(), 4);
-  EXPECT_TRUE(b.IsEmpty());
-  EXPECT_EQ(b.GetData(), nullptr);
-  b.Append(9);
-  EXPECT_EQ(contents(b), (std::vector<int32_t>{9}));
-  UI_WordList &alias = c;
-  c = alias;
-  EXPECT_EQ(c.GetSize(), 4);
-  c = std::move(alias);
-  EXPECT_EQ(c.GetSize(), 4);
 }

@@ -1,4 +1,4 @@
-//===- ui/ui_wordlist.cpp - Growth and copies of the word list ----------===//
+//===- ui/ui_wordlist.cpp - Growth of the word list -------------------===//
 //
 // Words are trivially copyable, so the block lives in malloc'd memory and grows
 // with realloc, which can often extend it without copying.
@@ -8,43 +8,7 @@
 
 #include <climits>
 #include <cstdlib>
-#include <cstring>
 #include <new>
-#include <utility>
-
-UI_WordList::UI_WordList(UI_WordList const &other) : UI_WordList() {
-  if (other.m_Size == 0) return;
-  m_Words = static_cast<int32_t *>(std::malloc(sizeof(int32_t) * static_cast<size_t>(other.m_Size)));
-  if (m_Words == nullptr) throw std::bad_alloc();
-  std::memcpy(m_Words, other.m_Words, sizeof(int32_t) * static_cast<size_t>(other.m_Size));
-  m_Size = m_Capacity = other.m_Size;
-}
-
-UI_WordList &UI_WordList::operator=(UI_WordList const &other) {
-  if (&other != this) {
-    UI_WordList copy(other);
-    *this = std::move(copy);
-  }
-  return *this;
-}
-
-UI_WordList::UI_WordList(UI_WordList &&other) noexcept
-    : m_Words(other.m_Words), m_Size(other.m_Size), m_Capacity(other.m_Capacity) {
-  other.m_Words = nullptr;
-  other.m_Size = other.m_Capacity = 0;
-}
-
-UI_WordList &UI_WordList::operator=(UI_WordList &&other) noexcept {
-  if (&other != this) {
-    std::free(m_Words);
-    m_Words = other.m_Words;
-    m_Size = other.m_Size;
-    m_Capacity = other.m_Capacity;
-    other.m_Words = nullptr;
-    other.m_Size = other.m_Capacity = 0;
-  }
-  return *this;
-}
 
 UI_WordList::~UI_WordList() { std::free(m_Words); }
 
