@@ -29,5 +29,9 @@
 #include "scc_safelist.h"
 #include "scc_compare.h"
 #include "scc_map.h"
+#include "sys_filter.h"
+#include "ui_wordlist.h"
+#include "ui_drawarea.h"
+#include "ui_dynamic.h"
 
 #endif

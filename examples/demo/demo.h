@@ -17,5 +17,6 @@ void demoGeometry();
 void demoUnits();
 void demoEvents();
 void demoPatterns();
+void demoDrawing();
 
 #endif

@@ -13,6 +13,7 @@ int main() {
   demoUnits();
   demoEvents();
   demoPatterns();
+  demoDrawing();
   std::printf("\nDemo finished.\n");
   return 0;
 }

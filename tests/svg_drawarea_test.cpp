@@ -1,0 +1,310 @@
+//===- tests/svg_drawarea_test.cpp - The SVG surface and the XOR layer on it ===//
+#include "svg_drawarea.h"
+#include "ui_dynamic.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+/// An element's tag, attributes and text.
+struct Parsed {
+  std::string tag;
+  std::map<std::string, std::string> attr;
+  std::string text;
+};
+
+Parsed parse(std::string const &markup) {
+  Parsed p;
+  std::smatch m;
+  std::regex_search(markup, m, std::regex("^<(\\w+)"));
+  p.tag = m[1];
+  std::regex const attribute("([\\w-]+)=\"([^\"]*)\"");
+  for (auto it = std::sregex_iterator(markup.begin(), markup.end(), attribute); it != std::sregex_iterator(); ++it)
+    p.attr[(*it)[1]] = (*it)[2];
+  if (std::regex_search(markup, m, std::regex(">([^<]*)</"))) p.text = m[1];
+  return p;
+}
+
+std::string num(long v) { return std::to_string(v); }
+/// Half of a non-negative sum, as the surface writes it.
+std::string half(long a, long b) {
+  long const sum = a + b;
+  return sum % 2 == 0 ? num(sum / 2) : num(sum / 2) + ".5";
+}
+
+std::vector<Parsed> xorElements(SvgDrawArea const &svg) {
+  std::vector<Parsed> out;
+  for (auto const &e : svg.GetElements())
+    if (e.isXor) out.push_back(parse(e.markup));
+  return out;
+}
+
+SYS_Box const kView(0, 0, 150000000, 90000000);  // 100 by 60 mm
+
+/// Records one frame of a drag: every kind of primitive, at sizes well above 2 pixels.
+void recordFrame(CDynamic &layer, long dx) {
+  layer.StartBatchDraw();
+  layer.PenColor(0x0000FF);
+  layer.DrawXorBox(SYS_Point(10000000, 10000000), SYS_Point(40000000 + dx, 30000000));
+  layer.PenColor(0xFF0000);
+  layer.DrawXorOval(SYS_Box(50000000 + dx, 20000000, 53000000 + dx, 23000000));
+  layer.FillRect(SYS_Box(60000000, 40000000, 56000000, 44000000), 0x00FF00);
+  layer.DrawXorText("U7 <new> & more", 2250000, 0, SYS_Point(20000000, 50000000), 0);
+  layer.DrawLine(SYS_Point(5000000, 5000000), SYS_Point(51500000 + dx, 21500000), 375000, 0x008000);
+  layer.DrawArc(SYS_Box(70000000, 30000000, 90000000, 50000000), SYS_Point(90000000, 40000000),
+                SYS_Point(80000000, 50000000), 0, 0x800080);
+  SYS_Point pts[] = {{100000000, 10000000}, {110000000, 20000000}, {120000000, 10000000}, {100000000, 60000000},
+                     {130000000, 70000000}};
+  unsigned long counts[] = {3, 2};
+  layer.FastPolyPolyline(pts, counts, 2);
+  layer.EndBatchDraw();
+}
+
+}  // namespace
+
+// After a batch, the surface shows one element per drawing command of the layer, in order,
+// at the coordinates recorded (base units, y up): boxes and fills as rectangles, ovals as
+// ellipses, texts, lines, arcs as paths and each polyline of a set.
+TEST(SvgDrawArea, ElementsMatchRecordedCommands) {
+  SvgDrawArea svg(kView, 1000);
+  CDynamic layer(&svg);
+  recordFrame(layer, 0);
+  std::vector<Parsed> const shown = xorElements(svg);
+  UI_WordList const &w = layer.GetCommands();
+  size_t next = 0;
+  int commands = 0;
+  for (int i = 0; i < w.GetSize();) {
+    SCOPED_TRACE("command at word " + std::to_string(i));
+    int const code = w[i];
+    if (code == 0 || code == 1 || code == 8) {
+      i += 2;
+      continue;
+    }
+    ASSERT_LT(next, shown.size());
+    Parsed const &e = shown[next++];
+    ++commands;
+    switch (code) {
+      case 2: {
+        long const l = std::min(w[i + 1], w[i + 3]), r = std::max(w[i + 1], w[i + 3]);
+        long const lo = std::min(w[i + 2], w[i + 4]), u = std::max(w[i + 2], w[i + 4]);
+        EXPECT_EQ(e.tag, "rect");
+        EXPECT_EQ(e.attr.at("x"), num(l));
+        EXPECT_EQ(e.attr.at("y"), num(lo));
+        EXPECT_EQ(e.attr.at("width"), num(r - l));
+        EXPECT_EQ(e.attr.at("height"), num(u - lo));
+        EXPECT_EQ(e.attr.at("fill"), "none");
+        EXPECT_EQ(e.attr.at("stroke"), "#0000ff");
+        i += 5;
+        break;
+      }
+      case 3:
+        EXPECT_EQ(e.tag, "ellipse");
+        EXPECT_EQ(e.attr.at("cx"), half(w[i + 1], w[i + 3]));
+        EXPECT_EQ(e.attr.at("cy"), half(w[i + 2], w[i + 4]));
+        EXPECT_EQ(e.attr.at("rx"), half(w[i + 3], -w[i + 1]));
+        EXPECT_EQ(e.attr.at("stroke"), "#ff0000");
+        i += 5;
+        break;
+      case 4:
+        EXPECT_EQ(e.tag, "rect");
+        EXPECT_EQ(e.attr.at("x"), num(w[i + 1]));
+        EXPECT_EQ(e.attr.at("y"), num(w[i + 2]));
+        EXPECT_EQ(e.attr.at("width"), num(w[i + 3] - w[i + 1]));
+        EXPECT_EQ(e.attr.at("fill"), "#00ff00");
+        i += 6;
+        break;
+      case 5: {
+        int const n = w[i + 5];
+        std::string text;
+        for (int k = 0; k + 1 < n; ++k) text += static_cast<char>(w[i + 6 + k]);
+        EXPECT_EQ(e.tag, "text");
+        // Set 100 high, scaled to its height and flipped back upright at its baseline.
+        EXPECT_EQ(e.attr.at("transform"), "translate(" + num(w[i + 1]) + " " + num(w[i + 2]) + ") scale(" +
+                                              num(w[i + 3] / 100) + " " + num(-w[i + 3] / 100) + ")");
+        EXPECT_EQ(e.attr.at("font-size"), "100");
+        EXPECT_EQ(e.text, "U7 &lt;new&gt; &amp; more");
+        EXPECT_EQ(text, "U7 <new> & more");
+        i += 6 + n;
+        break;
+      }
+      case 6:
+        EXPECT_EQ(e.tag, "line");
+        EXPECT_EQ(e.attr.at("x1"), num(w[i + 1]));
+        EXPECT_EQ(e.attr.at("y1"), num(w[i + 2]));
+        EXPECT_EQ(e.attr.at("x2"), num(w[i + 3]));
+        EXPECT_EQ(e.attr.at("y2"), num(w[i + 4]));
+        EXPECT_EQ(e.attr.at("stroke-width"), num(w[i + 5]));
+        EXPECT_EQ(e.attr.at("stroke"), "#008000");
+        i += 7;
+        break;
+      case 7:
+        // From the right end of the circle counter-clockwise a quarter turn to its top.
+        EXPECT_EQ(e.tag, "path");
+        EXPECT_EQ(e.attr.at("d"), "M 90000000 40000000 A 10000000 10000000 0 0 1 80000000 50000000");
+        EXPECT_EQ(e.attr.at("stroke-width"), "150000");  // width 0: one pixel
+        i += 11;
+        break;
+      case 9: {
+        int const n = w[i + 1];
+        int p = i + 2 + n;
+        for (int k = 0; k < n; ++k) {
+          Parsed const &line = k == 0 ? e : shown[next++];
+          std::string points;
+          for (int c = 0; c < w[i + 2 + k]; ++c, p += 2)
+            points += (c ? " " : "") + num(w[p]) + "," + num(w[p + 1]);
+          EXPECT_EQ(line.tag, "polyline");
+          EXPECT_EQ(line.attr.at("points"), points);
+        }
+        i = p;
+        break;
+      }
+      default:
+        FAIL() << "unexpected code " << code;
+    }
+  }
+  EXPECT_EQ(commands, 7);
+  EXPECT_EQ(next, shown.size());
+}
+
+// XOR drawing twice takes the drawing away: a new frame erases the last one (flag 0) and
+// shows its own (flag 1), so only the newest frame is on the surface; Clear leaves none.
+TEST(SvgDrawArea, FramesReplaceEachOther) {
+  SvgDrawArea svg(kView, 1000);
+  CDynamic layer(&svg);
+  svg.PenColor(0x123456);
+  svg.DrawLine(SYS_Point(0, 0), SYS_Point(1, 1), 0, 0);  // the board, not XOR
+  recordFrame(layer, 0);
+  size_t const perFrame = xorElements(svg).size();
+  EXPECT_EQ(perFrame, 8u);
+  for (long dx : {1000000L, 2000000L, 3000000L}) {
+    SCOPED_TRACE(dx);
+    recordFrame(layer, dx);
+    std::vector<Parsed> const shown = xorElements(svg);
+    ASSERT_EQ(shown.size(), perFrame);
+    EXPECT_EQ(shown[0].attr.at("width"), num(30000000 + dx));
+  }
+  layer.Clear();
+  EXPECT_TRUE(xorElements(svg).empty());
+  EXPECT_EQ(svg.GetElements().size(), 1u);
+}
+
+// "Appear" and "disappear" are states: nested batches end with the drawing shown, and a
+// second disappear does not bring it back. Drawing the same XOR element twice directly
+// takes it away.
+TEST(SvgDrawArea, AppearIsAState) {
+  SvgDrawArea svg(kView, 1000);
+  CDynamic layer(&svg);
+  layer.StartBatchDraw();
+  layer.StartBatchDraw();
+  layer.DrawXorBox(SYS_Box(0, 0, 10000000, 10000000));
+  layer.EndBatchDraw();
+  layer.EndBatchDraw();
+  EXPECT_EQ(xorElements(svg).size(), 1u);
+  svg.RedrawDynamic(&layer, nullptr, 0);
+  svg.RedrawDynamic(&layer, nullptr, 0);
+  EXPECT_TRUE(xorElements(svg).empty());
+  svg.RedrawDynamic(&layer, nullptr, 1);
+  EXPECT_EQ(xorElements(svg).size(), 1u);
+
+  svg.DrawXorBox(SYS_Point(5, 5), SYS_Point(6, 6));
+  EXPECT_EQ(xorElements(svg).size(), 2u);
+  svg.DrawXorBox(SYS_Box(6, 6, 5, 5));
+  EXPECT_EQ(xorElements(svg).size(), 1u);
+}
+
+// The 2-pixel rule at this surface's scale: an oval under 2 pixels is drawn as its box.
+TEST(SvgDrawArea, TinyOvalBecomesABox) {
+  SvgDrawArea svg(kView, 1000);  // 150,000 units a pixel
+  EXPECT_EQ(svg.Scale2ScreenX(300000), 2);
+  EXPECT_EQ(svg.Scale2ScreenX(224999), 1);
+  EXPECT_EQ(svg.Scale2ScreenY(-300000), -2);
+  CDynamic layer(&svg);
+  layer.StartBatchDraw();
+  layer.DrawXorOval(SYS_Box(0, 0, 200000, 200000));
+  layer.DrawXorOval(SYS_Box(0, 0, 300000, 300000));
+  layer.EndBatchDraw();
+  std::vector<Parsed> const shown = xorElements(svg);
+  ASSERT_EQ(shown.size(), 2u);
+  EXPECT_EQ(shown[0].tag, "rect");
+  EXPECT_EQ(shown[1].tag, "ellipse");
+}
+
+// The document: pixel size from the view's aspect, a view box spanning -upper to -lower
+// under a y flip, the background first; it is written to a file byte for byte.
+TEST(SvgDrawArea, DocumentAndFile) {
+  SvgDrawArea svg(SYS_Box(150000000, 90000000, 0, 30000000), 1000);  // normalized to 0..150M, 30M..90M
+  EXPECT_EQ(svg.GetWidthPixels(), 1000);
+  EXPECT_EQ(svg.GetHeightPixels(), 400);
+  svg.DrawXorText("\xC3\xA9t\xC3\xA9 \xFF\x01", 0, 1, 0L, 0L, 1);
+  std::string const doc = svg.GetDocument();
+  EXPECT_NE(doc.find("viewBox=\"0 -90000000 150000000 60000000\""), std::string::npos);
+  EXPECT_NE(doc.find("<g transform=\"scale(1 -1)\">"), std::string::npos);
+  EXPECT_NE(doc.find("<rect x=\"0\" y=\"30000000\" width=\"150000000\" height=\"60000000\" fill=\"#ffffff\"/>"),
+            std::string::npos);
+  EXPECT_NE(doc.find(">\xC3\xA9t\xC3\xA9 \xEF\xBF\xBD\xEF\xBF\xBD</text>"), std::string::npos);
+  EXPECT_NE(doc.find("text-anchor=\"middle\""), std::string::npos);
+
+  std::string const path = ::testing::TempDir() + "svg_drawarea_test.svg";
+  ASSERT_EQ(svg.WriteFile(path.c_str()), 1);
+  std::ifstream in(path, std::ios::binary);
+  std::stringstream read;
+  read << in.rdbuf();
+  EXPECT_EQ(read.str(), doc);
+  std::remove(path.c_str());
+  EXPECT_EQ(svg.WriteFile((::testing::TempDir() + "no-such-dir/x.svg").c_str()), 0);
+  EXPECT_EQ(svg.WriteFile(nullptr), 0);
+}
+
+// A surface going away tells its layers (code 2), which detach; a layer going away leaves
+// the surface, which then redraws without it.
+TEST(SvgDrawArea, LifetimesOfSurfaceAndLayer) {
+  CDynamic outlives;
+  {
+    SvgDrawArea svg(kView, 1000);
+    outlives.Install(&svg);
+    {
+      CDynamic shortLived(&svg);
+      shortLived.StartBatchDraw();
+      shortLived.DrawXorBox(SYS_Box(0, 0, 1000000, 1000000));
+      shortLived.EndBatchDraw();
+    }
+    svg.Redraw();  // the destroyed layer is no longer asked
+    EXPECT_TRUE(svg.GetElements().empty());
+  }
+  EXPECT_EQ(outlives.GetDrawArea(), nullptr);
+  outlives.StartBatchDraw();
+  outlives.DrawXorBox(SYS_Box(0, 0, 1, 1));
+  outlives.EndBatchDraw();
+  EXPECT_EQ(outlives.GetBatchDepth(), 1);
+}
+
+// Redraw erases the surface, tells hooks and layers the code 1 with the whole view, and
+// the layers draw again.
+TEST(SvgDrawArea, RedrawTellsHooksAndLayers) {
+  static std::vector<std::string> heard;
+  heard.clear();
+  SvgDrawArea svg(kView, 1000);
+  SCC_EventHook<UI_DrawArea::RedrawBlock> hook([](int code, UI_DrawArea::RedrawBlock *block) {
+    heard.push_back(std::to_string(code) + ":" + std::to_string(block->area.GetRight()));
+    return 0;
+  });
+  svg.RegisterRedrawHook(&hook);
+  CDynamic layer(&svg);
+  recordFrame(layer, 0);
+  svg.DrawLine(SYS_Point(0, 0), SYS_Point(5, 5), 0, 0);
+  std::vector<SvgDrawArea::Element> const before = svg.GetElements();
+  svg.Redraw();
+  EXPECT_EQ(heard, (std::vector<std::string>{"1:150000000"}));
+  ASSERT_EQ(svg.GetElements().size(), before.size() - 1);  // the plain line is gone
+  EXPECT_EQ(xorElements(svg).size(), 8u);
+  layer.StartBatchDraw();  // the drawing counts as shown: this erases it
+  EXPECT_TRUE(xorElements(svg).empty());
+}
