@@ -44,6 +44,7 @@ public:
 
   /// Allocates the block and remembers its address in s_LastAllocated.
   static void *operator new(std::size_t size);
+  /// Frees the block; s_LastAllocated becomes 0 when it names this block.
   static void operator delete(void *block) noexcept;
 
   /// The marker of the block at `address`: minus the address counted in units of
@@ -55,8 +56,9 @@ public:
     return -static_cast<SYS_Handle>(units) - 1;
   }
 
-  /// The address of the block the shared operator new gave out last; 0 before the
-  /// first. One unguarded value for the process: objects are made on one thread.
+  /// The address of the block the shared operator new gave out last while it is
+  /// alive, else 0. One unguarded value for the process: objects are made on one
+  /// thread.
   static SYS_Handle s_LastAllocated;
 
 protected:

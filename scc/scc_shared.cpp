@@ -23,4 +23,9 @@ void *SCC_SharedBuffer::operator new(std::size_t size) {
   return block;
 }
 
-void SCC_SharedBuffer::operator delete(void *block) noexcept { ::operator delete(block); }
+// A freed block is forgotten: the allocator may give its address to an ordinary
+// object next, which must not be taken for a shared one.
+void SCC_SharedBuffer::operator delete(void *block) noexcept {
+  if (reinterpret_cast<SYS_Handle>(block) == s_LastAllocated) s_LastAllocated = 0;
+  ::operator delete(block);
+}

@@ -83,8 +83,9 @@ TEST(SccSharedBuffer, OtherObjectsAreNeverDeletedByHolders) {
   static Pad staticPad;
   Pad stackPad;
   Footprint footprint;
+  delete new Pad;  // a shared block given out last and freed: its address may come back
   auto *const heapFootprint = new Footprint;  // an ordinary new: its pad is a member
-  delete new Pad;                             // a shared block given out last
+  SCC_SharedPointer<Pad> alive(new Pad);      // a shared block given out last, alive
   Pad laterPad;
   struct Case {
     char const *name;
@@ -106,6 +107,16 @@ TEST(SccSharedBuffer, OtherObjectsAreNeverDeletedByHolders) {
     EXPECT_EQ(Pad::s_Destroyed, 0);
   }
   delete heapFootprint;
+}
+
+// Freeing the block given out last forgets it; freeing an older one does not.
+TEST(SccSharedBuffer, FreedBlockIsForgotten) {
+  Pad *const older = new Pad;
+  Pad *const newer = new Pad;
+  delete older;
+  EXPECT_EQ(SCC_SharedBuffer::s_LastAllocated, reinterpret_cast<SYS_Handle>(newer));
+  delete newer;
+  EXPECT_EQ(SCC_SharedBuffer::s_LastAllocated, 0);
 }
 
 // Ref and Deref report the new count; Ref of a negative count that is not the
