@@ -18,13 +18,25 @@
 
 namespace scc_detail {
 
-/// The default order: -1, 0 or 1 by value for integers, else SCC_Compare.
+/// True when an SCC_Compare overload takes two T.
+template <class T, class = void>
+struct HasCompare : std::false_type {};
+template <class T>
+struct HasCompare<T, decltype(void(SCC_Compare(std::declval<T const &>(), std::declval<T const &>())))>
+    : std::true_type {};
+
+/// The default order: -1, 0 or 1 by value for integers, else SCC_Compare. A type
+/// without either has no default order: comparing reports and gives 0 (such an
+/// array sorts by a compare function).
 template <class T>
 int defaultCompare(T const &a, T const &b) {
   if constexpr (std::is_integral<T>::value || std::is_enum<T>::value) {
     return (b < a) - (a < b);
-  } else {
+  } else if constexpr (HasCompare<T>::value) {
     return SCC_Compare(a, b);
+  } else {
+    SSM_Check(false, "", "scc/scc", __LINE__);
+    return 0;
   }
 }
 
