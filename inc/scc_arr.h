@@ -165,6 +165,10 @@ protected:
   /// Shares the other array's buffer.
   _SCC_Array &operator=(_SCC_Array &other);
 
+  /// The start of Sort: stores `direction` in the buffer and reports a direction of
+  /// 0 and a range beyond the bounds. False when there is nothing to sort; else the
+  /// range is lo..hi.
+  bool PrepareSort(long first, long count, int direction, std::int64_t &lo, std::int64_t &hi);
   /// Makes `index` valid and the buffer private: grows the array to reach it, or
   /// un-shares the buffer. An index that cannot be reached is reported.
   void CheckArray(int index);
@@ -331,6 +335,77 @@ protected:
   int m_Index;         ///< where it stands, or SYS_Nowhere
   SCC_Array *m_Array;  ///< the array it follows, or null
 };
+
+namespace scc_detail {
+
+/// The selection pass: while hi > lo, the first of the largest of lo..hi (scanning
+/// upward) is swapped to hi, even when it is there already, and hi goes down.
+template <class Compare, class Exchange>
+void selectionSort(std::int64_t lo, std::int64_t hi, Compare comp, Exchange swap) {
+  for (std::int64_t top = hi; top > lo; --top) {
+    std::int64_t largest = lo;
+    for (std::int64_t k = lo + 1; k <= top; ++k)
+      if (comp(k, largest) > 0) largest = k;
+    swap(largest, top);
+  }
+}
+
+/// The non-recursive quicksort of lo..hi: ranges of up to 8 go to `shortSort`;
+/// larger ones are partitioned around their middle element, the larger part is
+/// pushed and the smaller one sorted next. A range at depth d then holds at most
+/// 2^32 / 2^d elements and is only split above 8, so 30 entries never fill.
+template <class Compare, class Exchange, class Short>
+void quickSort(std::int64_t lo, std::int64_t hi, Compare comp, Exchange swap, Short shortSort) {
+  constexpr int kDepth = 30;
+  std::int64_t pendingLo[kDepth];
+  std::int64_t pendingHi[kDepth];
+  int depth = 0;
+  auto push = [&](std::int64_t from, std::int64_t to) {
+    if (!SSM_Check(depth < kDepth, "", "scc/scc", __LINE__)) return;
+    pendingLo[depth] = from;
+    pendingHi[depth] = to;
+    ++depth;
+  };
+  for (;;) {
+    if (hi - lo + 1 <= 8) {
+      shortSort(lo, hi);
+    } else {
+      swap(lo + (hi - lo + 1) / 2, lo);  // the middle element is the pivot, at lo
+      std::int64_t a = lo;
+      std::int64_t b = hi + 1;
+      for (;;) {
+        do {
+          ++a;
+        } while (a <= hi && comp(a, lo) <= 0);
+        do {
+          --b;
+        } while (b > lo && comp(b, lo) >= 0);
+        if (b < a) break;
+        swap(a, b);
+      }
+      swap(lo, b);
+      if (b - 1 - lo >= hi - a) {
+        if (lo + 1 < b) push(lo, b - 1);
+        if (a < hi) {
+          lo = a;
+          continue;
+        }
+      } else {
+        if (a < hi) push(a, hi);
+        if (lo + 1 < b) {
+          hi = b - 1;
+          continue;
+        }
+      }
+    }
+    if (depth == 0) return;
+    --depth;
+    lo = pendingLo[depth];
+    hi = pendingHi[depth];
+  }
+}
+
+}  // namespace scc_detail
 
 // SCC_Array<T> -------------------------------------------------------------
 

@@ -42,6 +42,7 @@ int defaultCompare(T const &a, T const &b) {
 
 /// `value` times `sign`, clipped to the int range.
 inline int applySign(int value, int sign) {
+  if (sign == 1) return value;
   std::int64_t const product = std::int64_t{value} * sign;
   return product > INT_MAX ? INT_MAX : product < INT_MIN ? INT_MIN : static_cast<int>(product);
 }
@@ -93,9 +94,20 @@ public:
     return *this;
   }
 
-  using _SCC_Array::Sort;
   /// Sorts every element.
   void Sort(int direction = 1) { Sort(this->GetLowerBound(), this->GetCount(), direction); }
+  /// The untyped sort, step for step, made in the typed class so that the compiler
+  /// can inline the comparisons where Comp and Swap are this class's own.
+  void Sort(long first, long count, int direction) override {
+    std::int64_t lo, hi;
+    if (!this->PrepareSort(first, count, direction, lo, hi)) return;
+    scc_detail::quickSort(
+        lo, hi, [this](std::int64_t i, std::int64_t j) { return Comp(static_cast<long>(i), static_cast<long>(j)); },
+        [this](std::int64_t i, std::int64_t j) { Swap(static_cast<long>(i), static_cast<long>(j)); },
+        [this, direction](std::int64_t l, std::int64_t h) {
+          ShortSort(static_cast<long>(l), static_cast<long>(h), direction);
+        });
+  }
 
   /// The sort object's Compare times the sort sign of the current buffer (+1
   /// without a buffer).
@@ -111,6 +123,40 @@ public:
 protected:
   /// Reaches j, then i (each through CheckArray), and compares them.
   int Comp(long i, long j) override {
+    Buffer *const buffer = this->m_Buffer;
+    if (holdsBoth(buffer, i, j)) {  // nothing to grow or un-share: the order of access does not show
+      long const base = buffer->m_AllocLower;
+      return scc_detail::applySign(m_Sort->Compare(buffer->m_Elements[i - base], buffer->m_Elements[j - base]),
+                                   buffer->m_SortSign);
+    }
+    return compareReaching(i, j);
+  }
+  /// Reaches i, then j, and exchanges them by assignment.
+  void Swap(long i, long j) override {
+    Buffer *const buffer = this->m_Buffer;
+    if (holdsBoth(buffer, i, j)) {
+      long const base = buffer->m_AllocLower;
+      std::swap(buffer->m_Elements[i - base], buffer->m_Elements[j - base]);
+      return;
+    }
+    swapReaching(i, j);
+  }
+  /// The untyped selection pass, made here for the same reason as Sort.
+  void ShortSort(long lo, long hi, int) override {
+    scc_detail::selectionSort(
+        lo, hi, [this](std::int64_t i, std::int64_t j) { return Comp(static_cast<long>(i), static_cast<long>(j)); },
+        [this](std::int64_t i, std::int64_t j) { Swap(static_cast<long>(i), static_cast<long>(j)); });
+  }
+
+  SCC_SharedPointer<SCC_Sort<T>> m_Sort;
+
+private:
+  typedef typename SCC_Array<T>::Buffer Buffer;
+
+  int sign() const noexcept { return this->m_Buffer != nullptr ? this->m_Buffer->m_SortSign : 1; }
+
+  // The paths that may grow or un-share, out of line so the common path stays small.
+  __attribute__((noinline)) int compareReaching(long i, long j) {
     int const first = scc_detail::indexOf(i);
     int const second = scc_detail::indexOf(j);
     (*this)[second];
@@ -118,8 +164,7 @@ protected:
     T &b = this->ElementAt(second);  // reaching i may have moved the buffer
     return scc_detail::applySign(m_Sort->Compare(a, b), sign());
   }
-  /// Reaches i, then j, and exchanges them by assignment.
-  void Swap(long i, long j) override {
+  __attribute__((noinline)) void swapReaching(long i, long j) {
     int const first = scc_detail::indexOf(i);
     int const second = scc_detail::indexOf(j);
     (*this)[first];
@@ -127,11 +172,15 @@ protected:
     T &a = this->ElementAt(first);
     std::swap(a, b);
   }
-
-  SCC_SharedPointer<SCC_Sort<T>> m_Sort;
-
-private:
-  int sign() const noexcept { return this->m_Buffer != nullptr ? this->m_Buffer->m_SortSign : 1; }
+  /// True when i and j are valid in a private buffer, so reaching them changes nothing.
+  static bool holdsBoth(Buffer const *buffer, long i, long j) noexcept {
+    if (buffer == nullptr || buffer->IsShared()) return false;
+    // One unsigned comparison per index: below the lower bound wraps to a large value.
+    std::int64_t const lower = buffer->m_Lower;
+    auto const count = static_cast<std::uint64_t>(buffer->m_Upper - lower);
+    return static_cast<std::uint64_t>(std::int64_t{i} - lower) < count &&
+           static_cast<std::uint64_t>(std::int64_t{j} - lower) < count;
+  }
 };
 
 #endif

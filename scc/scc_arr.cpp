@@ -365,80 +365,37 @@ int _SCC_Array::Comp(long, long) {
 
 void _SCC_Array::Swap(long, long) { SSM_Check(false, "_SCC_Array::Swap is called.", kSortSource, __LINE__); }
 
-void _SCC_Array::Sort(long first, long count, int direction) {
+bool _SCC_Array::PrepareSort(long first, long count, int direction, std::int64_t &lo, std::int64_t &hi) {
   _SCC_ArrayBuffer *const buffer = GetData();
-  if (buffer == nullptr) return;
+  if (buffer == nullptr) return false;
   buffer->m_SortSign = direction;  // before any element is reached
-  if (count < 1) return;
+  if (count < 1) return false;
   std::int64_t const start = clip(first);
   std::int64_t const end = start + clip(count);
   SSM_Check(direction != 0, "", kSource, __LINE__);
   SSM_Check(start >= GetLowerBound(), "", kSource, __LINE__);
   SSM_Check(end <= GetUpperBound(), "", kSource, __LINE__);
-  if (count < 2) return;
+  if (count < 2) return false;
+  lo = start;
+  hi = std::min<std::int64_t>(end - 1, INT32_MAX);
+  return true;
+}
 
-  // The larger part is always the one pushed, so a range at depth d holds at most
-  // 2^32 / 2^d elements and is only split above 8: 30 entries never fill.
-  constexpr int kDepth = 30;
-  std::int64_t pendingLo[kDepth];
-  std::int64_t pendingHi[kDepth];
-  int depth = 0;
-  auto push = [&](std::int64_t lo, std::int64_t hi) {
-    if (!SSM_Check(depth < kDepth, "", kSource, __LINE__)) return;
-    pendingLo[depth] = lo;
-    pendingHi[depth] = hi;
-    ++depth;
-  };
-  // Indices are in the int range here, so they pass through long unchanged.
-  auto comp = [this](std::int64_t i, std::int64_t j) { return Comp(static_cast<long>(i), static_cast<long>(j)); };
-  auto swap = [this](std::int64_t i, std::int64_t j) { Swap(static_cast<long>(i), static_cast<long>(j)); };
+// Indices are in the int range here, so they pass through long unchanged.
 
-  std::int64_t lo = start;
-  std::int64_t hi = std::min<std::int64_t>(end - 1, INT32_MAX);
-  for (;;) {
-    if (hi - lo + 1 <= 8) {
-      ShortSort(static_cast<long>(lo), static_cast<long>(hi), direction);
-    } else {
-      swap(lo + (hi - lo + 1) / 2, lo);  // the middle element is the pivot, at lo
-      std::int64_t a = lo;
-      std::int64_t b = hi + 1;
-      for (;;) {
-        do {
-          ++a;
-        } while (a <= hi && comp(a, lo) <= 0);
-        do {
-          --b;
-        } while (b > lo && comp(b, lo) >= 0);
-        if (b < a) break;
-        swap(a, b);
-      }
-      swap(lo, b);
-      if (b - 1 - lo >= hi - a) {
-        if (lo + 1 < b) push(lo, b - 1);
-        if (a < hi) {
-          lo = a;
-          continue;
-        }
-      } else {
-        if (a < hi) push(a, hi);
-        if (lo + 1 < b) {
-          hi = b - 1;
-          continue;
-        }
-      }
-    }
-    if (depth == 0) return;
-    --depth;
-    lo = pendingLo[depth];
-    hi = pendingHi[depth];
-  }
+void _SCC_Array::Sort(long first, long count, int direction) {
+  std::int64_t lo, hi;
+  if (!PrepareSort(first, count, direction, lo, hi)) return;
+  scc_detail::quickSort(
+      lo, hi, [this](std::int64_t i, std::int64_t j) { return Comp(static_cast<long>(i), static_cast<long>(j)); },
+      [this](std::int64_t i, std::int64_t j) { Swap(static_cast<long>(i), static_cast<long>(j)); },
+      [this, direction](std::int64_t l, std::int64_t h) {
+        ShortSort(static_cast<long>(l), static_cast<long>(h), direction);
+      });
 }
 
 void _SCC_Array::ShortSort(long lo, long hi, int) {
-  for (std::int64_t top = hi; top > lo; --top) {
-    std::int64_t largest = lo;
-    for (std::int64_t k = std::int64_t{lo} + 1; k <= top; ++k)
-      if (Comp(static_cast<long>(k), static_cast<long>(largest)) > 0) largest = k;  // the first of equal maxima stays
-    Swap(static_cast<long>(largest), static_cast<long>(top));
-  }
+  scc_detail::selectionSort(
+      lo, hi, [this](std::int64_t i, std::int64_t j) { return Comp(static_cast<long>(i), static_cast<long>(j)); },
+      [this](std::int64_t i, std::int64_t j) { Swap(static_cast<long>(i), static_cast<long>(j)); });
 }

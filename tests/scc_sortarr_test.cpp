@@ -33,6 +33,25 @@ protected:
   }
 };
 
+/// A plain array that compares and swaps ints itself, so the untyped sort of the
+/// library drives it; it logs its calls as LoggingArray does.
+class PlainLoggingArray : public SCC_Array<int> {
+public:
+  std::vector<std::string> m_Calls;
+
+protected:
+  int Comp(long i, long j) override {
+    m_Calls.push_back("C " + std::to_string(i) + " " + std::to_string(j));
+    int const b = (*this)[static_cast<int>(j)];
+    int const a = (*this)[static_cast<int>(i)];
+    return ((a > b) - (a < b)) * GetData()->m_SortSign;
+  }
+  void Swap(long i, long j) override {
+    m_Calls.push_back("S " + std::to_string(i) + " " + std::to_string(j));
+    std::swap((*this)[static_cast<int>(i)], (*this)[static_cast<int>(j)]);
+  }
+};
+
 /// Calls whose text starts with `kind`.
 int countOf(std::vector<std::string> const &calls, char kind) {
   return static_cast<int>(std::count_if(calls.begin(), calls.end(), [&](auto const &c) { return c[0] == kind; }));
@@ -111,6 +130,26 @@ TEST(SccSortableArray, SelectionPassAndPartition) {
   nine.Sort(1);
   EXPECT_EQ(nine.m_Calls.front(), "S 4 0");
   EXPECT_EQ(contentsOf(nine), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9}));
+}
+
+// The sortable array's own sort and the untyped one make the same calls in the same
+// order, for both directions.
+TEST(SccSortableArray, SameCallsAsTheUntypedSort) {
+  std::mt19937 random(3);
+  std::vector<int> values(300);
+  for (auto &v : values) v = static_cast<int>(random() % 50);
+  for (int direction : {1, -1}) {
+    SCOPED_TRACE(direction);
+    LoggingArray typed;
+    PlainLoggingArray untyped;
+    load(typed, 5, values);
+    load(untyped, 5, values);
+    typed.m_Calls.clear();
+    typed.Sort(5, 300, direction);
+    untyped.Sort(5, 300, direction);
+    EXPECT_EQ(typed.m_Calls, untyped.m_Calls);
+    EXPECT_EQ(contentsOf(typed), contentsOf(untyped));
+  }
 }
 
 // Comp reaches j before i and Swap reaches i before j, which shows in the room that
