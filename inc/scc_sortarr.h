@@ -14,6 +14,7 @@
 #include <climits>
 #include <cstdint>
 #include <type_traits>
+#include <typeinfo>
 #include <utility>
 
 namespace scc_detail {
@@ -96,11 +97,17 @@ public:
 
   /// Sorts every element.
   void Sort(int direction = 1) { Sort(this->GetLowerBound(), this->GetCount(), direction); }
-  /// The untyped sort, step for step, made in the typed class so that the compiler
-  /// can inline the comparisons where Comp and Swap are this class's own.
+  /// The untyped sort, step for step, made in the typed class so that comparisons
+  /// inline: an array of exactly this class sorts its slots directly when every
+  /// index of the range is valid in a private buffer (reaching an element would
+  /// change nothing), and otherwise calls Comp and Swap as the untyped sort does.
   void Sort(long first, long count, int direction) override {
     std::int64_t lo, hi;
     if (!this->PrepareSort(first, count, direction, lo, hi)) return;
+    if (sortsInPlace(lo, hi)) {
+      sortSlots(lo, hi);
+      return;
+    }
     scc_detail::quickSort(
         lo, hi, [this](std::int64_t i, std::int64_t j) { return Comp(static_cast<long>(i), static_cast<long>(j)); },
         [this](std::int64_t i, std::int64_t j) { Swap(static_cast<long>(i), static_cast<long>(j)); },
@@ -154,6 +161,36 @@ private:
   typedef typename SCC_Array<T>::Buffer Buffer;
 
   int sign() const noexcept { return this->m_Buffer != nullptr ? this->m_Buffer->m_SortSign : 1; }
+
+  /// True when Comp, Swap, ShortSort and Compare are this library's own and every
+  /// index of lo..hi is valid in a private buffer: then reaching an element changes
+  /// nothing, and the sort may work on the slots directly.
+  bool sortsInPlace(std::int64_t lo, std::int64_t hi) const {
+    Buffer const *const buffer = this->m_Buffer;
+    return typeid(*this) == typeid(SCC_SortableArray) && typeid(*m_Sort) == typeid(SCC_Sort<T>) &&
+           buffer != nullptr && !buffer->IsShared() && lo >= buffer->m_Lower && hi < buffer->m_Upper;
+  }
+  /// The same comparisons and exchanges as Comp and Swap would make, on the slots.
+  /// The buffer and the sort object are held meanwhile, so a compare function that
+  /// changes the array or its sort object cannot pull them away.
+  void sortSlots(std::int64_t lo, std::int64_t hi) {
+    SCC_SharedPointer<Buffer> const buffer(this->m_Buffer);
+    SCC_SharedPointer<SCC_Sort<T>> const sort(m_Sort);
+    CompareFunction const compare = sort->GetCompare();
+    int const direction = buffer->m_SortSign;
+    T *const elements = buffer->m_Elements;
+    std::int64_t const base = buffer->m_AllocLower;
+    // Captured by value: the element stores of swap must not look as if they could
+    // change these.
+    auto comp = [elements, base, compare, direction](std::int64_t i, std::int64_t j) {
+      T const &a = elements[i - base];
+      T const &b = elements[j - base];
+      return scc_detail::applySign(compare != nullptr ? compare(a, b) : scc_detail::defaultCompare(a, b), direction);
+    };
+    auto swap = [elements, base](std::int64_t i, std::int64_t j) { std::swap(elements[i - base], elements[j - base]); };
+    scc_detail::quickSort(lo, hi, comp, swap,
+                          [comp, swap](std::int64_t l, std::int64_t h) { scc_detail::selectionSort(l, h, comp, swap); });
+  }
 
   // The paths that may grow or un-share, out of line so the common path stays small.
   __attribute__((noinline)) int compareReaching(long i, long j) {

@@ -152,6 +152,68 @@ TEST(SccSortableArray, SameCallsAsTheUntypedSort) {
   }
 }
 
+namespace {
+
+/// A record sorted by its key alone; the tag tells equal keys apart.
+struct Keyed {
+  int key;
+  int tag;
+};
+int byKey(Keyed const &a, Keyed const &b) { return a.key - b.key; }
+
+/// A class of its own, so its sort goes through the virtual Comp and Swap.
+class DerivedKeyedArray : public SCC_SortableArray<Keyed> {
+public:
+  DerivedKeyedArray() : SCC_SortableArray<Keyed>(byKey) {}
+};
+
+SCC_SortableArray<Keyed> *g_Meddled = nullptr;
+int g_Calls = 0;
+
+/// Compares by key and, part way through, writes into the array being sorted and
+/// then clears it.
+int byKeyMeddling(Keyed const &a, Keyed const &b) {
+  ++g_Calls;
+  if (g_Calls == 100) (*g_Meddled)[g_Meddled->GetLowerBound()] = Keyed{-1, -1};
+  if (g_Calls == 200) g_Meddled->Clear();
+  return a.key - b.key;
+}
+
+}  // namespace
+
+// An array of the library's own class sorts its slots directly; the result, down to
+// the order of equal keys, is the one the virtual Comp and Swap give.
+TEST(SccSortableArray, DirectSortMatchesTheVirtualOne) {
+  std::mt19937 random(17);
+  std::vector<Keyed> records(2000);
+  for (int k = 0; k < 2000; ++k) records[k] = Keyed{static_cast<int>(random() % 40), k};
+  for (int direction : {1, -1}) {
+    SCOPED_TRACE(direction);
+    SCC_SortableArray<Keyed> direct(byKey);
+    DerivedKeyedArray virtualOnly;
+    for (int k = 0; k < 2000; ++k) direct[k - 7] = virtualOnly[k - 7] = records[k];
+    direct.Sort(direction);
+    virtualOnly.Sort(direction);
+    for (int i = -7; i < 2000 - 7; ++i) {
+      ASSERT_EQ(direct[i].key, virtualOnly[i].key) << "at " << i;
+      ASSERT_EQ(direct[i].tag, virtualOnly[i].tag) << "at " << i;
+    }
+  }
+}
+
+// A compare function that changes the array while it is sorted cannot pull the
+// buffer away from the sort: the array ends as the function left it, nothing leaks.
+TEST(SccSortableArray, CompareFunctionChangingTheArray) {
+  SCC_SortableArray<Keyed> array(byKeyMeddling);
+  for (int k = 0; k < 500; ++k) array[k] = Keyed{(k * 37) % 101, k};
+  g_Meddled = &array;
+  g_Calls = 0;
+  array.Sort(1);
+  EXPECT_GT(g_Calls, 200);
+  EXPECT_EQ(array.GetData(), nullptr);
+  g_Meddled = nullptr;
+}
+
 // Comp reaches j before i and Swap reaches i before j, which shows in the room that
 // growth to two indices outside the bounds leaves.
 TEST(SccSortableArray, OrderOfElementAccess) {
