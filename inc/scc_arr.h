@@ -106,7 +106,9 @@ public:
   void Insert(int index, int count);
   /// Removes `index`..`index`+count-1 (count > 0) or `index`+count..`index`-1
   /// (count < 0). Does nothing unless the whole range lies inside the bounds and
-  /// count is not 0. Raises code 2 before anything changes.
+  /// count is not 0. Raises code 2 before anything changes; when its hooks change
+  /// the array, the same indices are removed from the bounds they left, as long as
+  /// the range still lies inside them.
   void Delete(int index, int count);
   /// Lets go of every element; raises code 2 afterwards. Nothing for an empty array.
   void Clear();
@@ -186,11 +188,13 @@ private:
 
 /// A typed array with movable bounds. Every element access goes through the
 /// bounds and sharing test of CheckArray, so writing past either bound grows the
-/// array and the first write to a shared buffer un-shares it.
+/// array and the first access by index to a shared buffer un-shares it.
 ///
 /// Plain element types (trivially copyable and destructible) get raw storage whose
 /// new slots are not initialised; class types are constructed with their storage
-/// and destroyed with it, and every move inside a buffer is an assignment.
+/// and destroyed with it, and every move inside a buffer is an assignment. So a
+/// slot that an in-place removal leaves outside the bounds keeps its value (for a
+/// shared pointer, its holding) until it is written again or the buffer is freed.
 template <class T>
 class SCC_Array : public _SCC_Array {
 public:
