@@ -84,6 +84,8 @@ struct MapNode<K, V, true> : SCC_SListNode<MapNode<K, V, true>> {
 /// [0, count) is placed in bucket (hash as unsigned 32 bits) % count. Copying or
 /// assigning a map moves its entries and hooks to the target, so the addresses
 /// that hooks were told stay valid; the source is left empty with no hooks.
+/// Hooks may insert and remove entries while they are told; a map must not be
+/// destroyed by the hooks of its own notification.
 template <class K, class V>
 class SCC_Map : public SCC_Notifier {
 public:
