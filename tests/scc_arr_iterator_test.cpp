@@ -177,7 +177,7 @@ TEST(SccArrayIterator, NotificationGuards) {
 }
 
 // An iterator may die before its array, and an array before its iterators, which are
-// then left unconnected.
+// then left alive and unconnected.
 TEST(SccArrayIterator, Lifetimes) {
   SCC_Array<int> array;
   fillTens(array, 0, 4);

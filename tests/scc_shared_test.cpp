@@ -119,21 +119,6 @@ TEST(SccSharedBuffer, FreedBlockIsForgotten) {
   EXPECT_EQ(SCC_SharedBuffer::s_LastAllocated, 0);
 }
 
-// Ref and Deref report the new count; Ref of a negative count that is not the
-// object's marker gives 2.
-TEST(SccSharedBuffer, RefAndDerefCounts) {
-  Pad *const pad = new Pad;
-  EXPECT_EQ(pad->Ref(pad), 1);
-  EXPECT_EQ(pad->Ref(pad), 2);
-  EXPECT_EQ(pad->Deref(), 1);
-  EXPECT_EQ(pad->Deref(), 0);
-  delete pad;
-
-  Pad other;
-  EXPECT_EQ(other.Ref(&other), 2);
-  EXPECT_EQ(other.Deref(), 1);
-}
-
 // Copying makes a count of the copy's own; assignment leaves the target's count.
 TEST(SccSharedBuffer, CopyAndAssignmentKeepCountsApart) {
   SCC_SharedPointer<Pad> held(new Pad(1));
