@@ -33,5 +33,9 @@
 #include "ui_wordlist.h"
 #include "ui_drawarea.h"
 #include "ui_dynamic.h"
+#include "scc_shared.h"
+#include "scc_arr.h"
+#include "scc_sortarr.h"
+#include "sccstack.h"
 
 #endif

@@ -18,5 +18,6 @@ void demoUnits();
 void demoEvents();
 void demoPatterns();
 void demoDrawing();
+void demoArrays();
 
 #endif

@@ -14,6 +14,7 @@ int main() {
   demoEvents();
   demoPatterns();
   demoDrawing();
+  demoArrays();
   std::printf("\nDemo finished.\n");
   return 0;
 }
