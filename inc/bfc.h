@@ -28,5 +28,9 @@
 #include "scc_safelist.h"
 #include "scc_compare.h"
 #include "scc_map.h"
+#include "scc_shared.h"
+#include "scc_arr.h"
+#include "scc_sortarr.h"
+#include "sccstack.h"
 
 #endif
