@@ -16,5 +16,6 @@ void demoText();
 void demoGeometry();
 void demoUnits();
 void demoEvents();
+void demoAssertions();
 
 #endif

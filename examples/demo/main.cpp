@@ -12,6 +12,7 @@ int main() {
   demoGeometry();
   demoUnits();
   demoEvents();
+  demoAssertions();
   std::printf("\nDemo finished.\n");
   return 0;
 }
