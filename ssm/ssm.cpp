@@ -10,6 +10,7 @@
 #include "ssm.h"
 
 #include <cstdint>
+#include <cstring>
 
 SSM *SSM::Instance = nullptr;
 int SSM::InstanceCount = 0;
@@ -81,9 +82,25 @@ void SSM::SetSilentMode(int silent) noexcept {
 }
 
 SYS_String SSM::MakeKey(char const *file, long line) {
-  SYS_String key;
+  // "%s(%lu)" by hand: every report makes its key, and printf is most of its cost.
   // The line wraps to 32 bits so that both data models give the same key.
-  key.Format("%s(%lu)", file != nullptr ? file : "", static_cast<unsigned long>(static_cast<std::uint32_t>(line)));
+  char digits[10];
+  int digitCount = 0;
+  std::uint32_t value = static_cast<std::uint32_t>(line);
+  do {
+    digits[digitCount++] = static_cast<char>('0' + value % 10);
+    value /= 10;
+  } while (value != 0);
+  int const fileLength = file != nullptr ? static_cast<int>(std::strlen(file)) : 0;
+  int const length = fileLength + digitCount + 2;
+  SYS_String key;
+  char *out = key.GetBufferSetLength(length);
+  if (fileLength > 0) std::memcpy(out, file, static_cast<std::size_t>(fileLength));
+  out += fileLength;
+  *out++ = '(';
+  while (digitCount > 0) *out++ = digits[--digitCount];
+  *out = ')';
+  key.ReleaseBuffer(length);
   return key;
 }
 
@@ -118,7 +135,10 @@ int SSM::AssertFailed(char const *text, char const *file, int line, SSM_FailureT
 
   ++record.m_Count;
   record.m_Action = ActContinue;
-  record.m_Message = text;
+  // The same text again keeps its buffer; a message set with an embedded NUL is replaced.
+  char const *const message = text != nullptr ? text : "";
+  if (record.m_Message.GetLength() != static_cast<int>(std::strlen(message)) || record.m_Message != message)
+    record.m_Message = message;
 
   int *const param = AssertObj::ParamOf(reinterpret_cast<SYS_Handle>(&record));
   if (type == SSM_Critical) {
@@ -164,6 +184,8 @@ void SSM::Throw() {
 
 SSM::AssertMap::MapNode *SSM::findNode(AssertData const *record) const noexcept {
   if (record == nullptr) return nullptr;
+  // Handlers usually ask for the record being reported, which is the current one.
+  if (m_Current.IsValid() && m_Current.GetMap() == &m_Map && &m_Current.GetValue() == record) return m_Current.GetNode();
   AssertMap::Iterator it;
   for (it.First(const_cast<AssertMap *>(&m_Map)); it.IsValid(); it.Next())
     if (&it.GetValue() == record) return it.GetNode();
