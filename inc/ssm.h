@@ -31,7 +31,8 @@
 /// throw. When an exception leaves a handler, the report it interrupted is unwound
 /// first: its record is popped from the active stack, its action cleared, the current
 /// assertion designates it and the depth is lowered, so the site reports normally
-/// afterwards. A handler must not destroy, copy or assign the manager it is told by.
+/// afterwards. A handler must not destroy the manager it is told by (copying or
+/// assigning it meanwhile is refused, see below).
 ///
 /// Copies: a manager made by copying counts in InstanceCount like any other, but it
 /// never becomes the current manager, so destroying it leaves Instance alone. A
