@@ -19,5 +19,6 @@ void demoEvents();
 void demoPatterns();
 void demoDrawing();
 void demoArrays();
+void demoAssertions();
 
 #endif

@@ -15,6 +15,7 @@ int main() {
   demoPatterns();
   demoDrawing();
   demoArrays();
+  demoAssertions();
   std::printf("\nDemo finished.\n");
   return 0;
 }
