@@ -228,12 +228,21 @@ private:
 template <class T>
 class SCC_Event<T>::Saver : public SCC_EventNode<T> {
 public:
+  // The event holds the record's address only while the record lives: the destructor
+  // takes it back, also on unwinding. GCC cannot see that and warns.
+#if defined(__GNUC__) && !defined(__clang__) && __GNUC__ >= 12
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdangling-pointer"
+#endif
   explicit Saver(SCC_Event &event) noexcept : m_pEventField(&event.m_Event) {
     this->m_Event = event.m_Next;
     this->m_Prev = this;
     this->m_Next = event.m_Event;
     event.m_Event = this;
   }
+#if defined(__GNUC__) && !defined(__clang__) && __GNUC__ >= 12
+#pragma GCC diagnostic pop
+#endif
   Saver(Saver const &) = delete;
   Saver &operator=(Saver const &) = delete;
   ~Saver() override {
