@@ -3,7 +3,6 @@
 
 namespace plat {
 
-namespace {
 void appendCodePoint(std::string &out, unsigned long cp) {
   if (cp < 0x80) {
     out += static_cast<char>(cp);
@@ -21,7 +20,6 @@ void appendCodePoint(std::string &out, unsigned long cp) {
     out += static_cast<char>(0x80 | (cp & 0x3F));
   }
 }
-}  // namespace
 
 void appendUtf16AsUtf8(std::string &out, unsigned short const *wide) {
   constexpr unsigned long replacement = 0xFFFD;

@@ -51,6 +51,9 @@ inline char const *nextChar(char const *p) {
   return p + charLength(p, end);
 }
 
+/// Appends the UTF-8 form of the code point `cp` (at most U+10FFFF).
+void appendCodePoint(std::string &out, unsigned long cp);
+
 /// Appends the UTF-8 form of the NUL-terminated UTF-16 text; an unpaired surrogate
 /// becomes U+FFFD.
 void appendUtf16AsUtf8(std::string &out, unsigned short const *wide);

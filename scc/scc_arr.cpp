@@ -84,6 +84,16 @@ bool removable(std::int64_t index, std::int64_t count, std::int64_t lo, std::int
   return count != 0 && lo <= index && index < hi && lo <= index + count && index + count <= hi;
 }
 
+/// Moves the runs that move (all of them into a fresh buffer) with `copy(toSlot, fromSlot,
+/// count)`: the first run upward, the last run downward.
+template <class Copy>
+void copyRuns(Runs const &runs, std::int64_t toAllocLower, std::int64_t fromAllocLower, bool fresh, Copy copy) {
+  if (runs.firstCount > 0 && (fresh || runs.firstTo != runs.firstFrom))
+    copy(narrow(runs.firstTo - toAllocLower), narrow(runs.firstFrom - fromAllocLower), narrow(runs.firstCount));
+  if (runs.lastCount > 0 && (fresh || runs.lastTo != runs.lastFrom))
+    copy(narrow(runs.lastTo - toAllocLower), narrow(runs.lastFrom - fromAllocLower), narrow(-runs.lastCount));
+}
+
 }  // namespace
 
 // _SCC_ArrayBuffer ---------------------------------------------------------
@@ -279,14 +289,9 @@ void _SCC_Array::Insert(int index, int count) {
   if (buffer == nullptr) return;
   FreshBuffer guard(buffer, current);
   bool const fresh = buffer != current;
-  if (n > 0) {
-    if (runs.firstCount > 0 && (fresh || runs.firstTo != runs.firstFrom))
-      CopyData(buffer, narrow(runs.firstTo - buffer->m_AllocLower), narrow(runs.firstFrom - oldAllocLower),
-               narrow(runs.firstCount));
-    if (runs.lastCount > 0 && (fresh || runs.lastTo != runs.lastFrom))
-      CopyData(buffer, narrow(runs.lastTo - buffer->m_AllocLower), narrow(runs.lastFrom - oldAllocLower),
-               narrow(-runs.lastCount));
-  }
+  if (n > 0)
+    copyRuns(runs, buffer->m_AllocLower, oldAllocLower, fresh,
+             [this, buffer](int to, int from, int count) { CopyData(buffer, to, from, count); });
   guard.Release();
   if (fresh) SetData(buffer);
   raise(SCC_ArrayInserted, param);
@@ -315,14 +320,9 @@ void _SCC_Array::Delete(int index, int count) {
       count > 0 ? CreateBuffer(narrow(lo), narrow(hi - count)) : CreateBuffer(narrow(lo - count), narrow(hi));
   FreshBuffer guard(buffer, current);
   bool const fresh = buffer != current;
-  if (buffer != nullptr) {
-    if (runs.firstCount > 0 && (fresh || runs.firstTo != runs.firstFrom))
-      CopyData(buffer, narrow(runs.firstTo - buffer->m_AllocLower), narrow(runs.firstFrom - oldAllocLower),
-               narrow(runs.firstCount));
-    if (runs.lastCount > 0 && (fresh || runs.lastTo != runs.lastFrom))
-      CopyData(buffer, narrow(runs.lastTo - buffer->m_AllocLower), narrow(runs.lastFrom - oldAllocLower),
-               narrow(-runs.lastCount));
-  }
+  if (buffer != nullptr)
+    copyRuns(runs, buffer->m_AllocLower, oldAllocLower, fresh,
+             [this, buffer](int to, int from, int count) { CopyData(buffer, to, from, count); });
   guard.Release();
   if (fresh) SetData(buffer);
 }

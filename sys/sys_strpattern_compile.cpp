@@ -4,6 +4,7 @@
 // failure leaves no code at all: a pattern either compiles whole or not.
 //
 //===------------------------------------------------------------------===//
+#include "plat/plat_mbcs.h"
 #include "sys/sys_strpattern_code.h"
 
 #include <algorithm>
@@ -42,24 +43,6 @@ long codePoint(std::string const &ch) {
   return cp;
 }
 
-void appendUtf8(std::string &out, long cp) {
-  if (cp < 0x80) {
-    out += static_cast<char>(cp);
-  } else if (cp < 0x800) {
-    out += static_cast<char>(0xC0 | (cp >> 6));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else if (cp < 0x10000) {
-    out += static_cast<char>(0xE0 | (cp >> 12));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (cp >> 18));
-    out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  }
-}
-
 /// Adds the characters after `from` up to `to` inclusive. Two one-byte characters span byte
 /// values (unsigned, so invalid bytes of 0x80 and above order after ASCII); two valid
 /// characters span code points (so "[a-é]" and "[α-ω]" work in UTF-8); an invalid byte and a
@@ -77,7 +60,7 @@ bool addRange(std::string &members, std::string const &from, std::string const &
   if (first < 0 || last < 0) return true;
   for (long cp = first + 1; cp <= last; ++cp) {
     if (cp >= 0xD800 && cp <= 0xDFFF) continue;  // surrogates are no characters
-    appendUtf8(members, cp);
+    plat::appendCodePoint(members, static_cast<unsigned long>(cp));
     if (members.size() > kMaxAtomBytes) return false;
   }
   return true;
