@@ -85,6 +85,9 @@ private:
   _SCC_ArrayBuffer *m_Data = nullptr;
 };
 
+/// Makes `array` a new array of `count` elements and returns it.
+SCC_Array<int> &grown(SCC_Array<int> &array, int count = 5) { return array = SCC_Array<int>(count); }
+
 }  // namespace
 
 // A buffer made afresh has room for max(request, granularity) more elements at each
@@ -97,60 +100,21 @@ TEST(SccArray, RoomFollowsTheGrowthRule) {
     Room room;
   } const cases[] = {
       {"new array of 5", [](auto &a, auto &) { a = SCC_Array<int>(5); }, {0, 5, -5, 10}},
-      {"grown in place to 6, then written at 10",
-       [](auto &a, auto &) {
-         a = SCC_Array<int>(5);
-         a[5] = 0;
-         a[10] = 0;
-       },
+      {"grown in place to 6, then written at 10", [](auto &a, auto &) { grown(a)[5] = 0, a[10] = 0; },
        {0, 11, -5, 23}},
       {"empty, written at -1", [](auto &a, auto &) { a[-1] = 0; }, {-1, 0, -2, 1}},
       {"empty, written at 0", [](auto &a, auto &) { a[0] = 0; }, {0, 1, -1, 2}},
       {"empty, written at 4: the lower bound stays 0", [](auto &a, auto &) { a[4] = 0; }, {0, 5, -5, 10}},
-      {"written at -6: room below, the room above kept",
-       [](auto &a, auto &) {
-         a = SCC_Array<int>(5);
-         a[-6] = 0;
-       },
+      {"written at -6: room below, the room above kept", [](auto &a, auto &) { grown(a)[-6] = 0; },
        {-6, 5, -17, 10}},
-      {"written at -5: in the room below",
-       [](auto &a, auto &) {
-         a = SCC_Array<int>(5);
-         a[-5] = 0;
-       },
-       {-5, 5, -5, 10}},
-      {"granularity capped at 10000",
-       [](auto &a, auto &) {
-         a = SCC_Array<int>(6000);
-         a.ChangeBounds(5000, 12001);
-       },
+      {"written at -5: in the room below", [](auto &a, auto &) { grown(a)[-5] = 0; }, {-5, 5, -5, 10}},
+      {"granularity capped at 10000", [](auto &a, auto &) { grown(a, 6000).ChangeBounds(5000, 12001); },
        {5000, 12001, -6000, 22001}},
-      {"shrinking keeps the buffer",
-       [](auto &a, auto &) {
-         a = SCC_Array<int>(5);
-         a.ChangeBounds(1, 3);
-       },
-       {1, 3, -5, 10}},
-      {"un-shared copy keeps the room",
-       [](auto &a, auto &b) {
-         a = SCC_Array<int>(5);
-         b = a;
-         a[0] = 1;
-       },
+      {"shrinking keeps the buffer", [](auto &a, auto &) { grown(a).ChangeBounds(1, 3); }, {1, 3, -5, 10}},
+      {"un-shared copy keeps the room", [](auto &a, auto &b) { b = grown(a), a[0] = 1; },
        {0, 5, -5, 10}},
-      {"shared buffer grown at the top",
-       [](auto &a, auto &b) {
-         a = SCC_Array<int>(5);
-         b = a;
-         a[10] = 1;
-       },
-       {0, 11, -5, 22}},
-      {"insert beyond the room",
-       [](auto &a, auto &) {
-         a = SCC_Array<int>(5);
-         a.Insert(0, 20);
-       },
-       {0, 25, -5, 50}},
+      {"shared buffer grown at the top", [](auto &a, auto &b) { b = grown(a), a[10] = 1; }, {0, 11, -5, 22}},
+      {"insert beyond the room", [](auto &a, auto &) { grown(a).Insert(0, 20); }, {0, 25, -5, 50}},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.name);
@@ -280,30 +244,15 @@ TEST(SccArray, InsertMovesTheRunsAndReportsThem) {
       {"inside, count -2", false, 2, -2, -2, {0, 10, kNew, kNew, 20, 30, 40}, {{2, -2, 1, 0, -2, 2, 4, 4, 3, 0, 0}}},
       {"at the lower bound", false, 0, 3, 0, {kNew, kNew, kNew, 0, 10, 20, 30, 40}, {{0, 3, 1, 0, 0, 0, 4, 7, 5, 0, 0}}},
       {"at the upper bound", false, 5, 2, 0, {0, 10, 20, 30, 40, kNew, kNew}, {{5, 2, 1, 0, 0, 5, 4, 4, 0, 0, 0}}},
-      {"below, the block reaching into the array",
-       false,
-       -2,
-       4,
-       -2,
-       {kNew, kNew, kNew, kNew, 0, 10, 20, 30, 40},
+      {"below, the block reaching into the array", false, -2, 4, -2, {kNew, kNew, kNew, kNew, 0, 10, 20, 30, 40},
        {{-2, 4, 1, 0, 2, 0, 4, 6, 5, 0, 0}}},
-      {"below, the block ending under the array",
-       false,
-       -5,
-       2,
-       -5,
-       {kNew, kNew, kNew, kNew, kNew, 0, 10, 20, 30, 40},
-       {{-5, 2, 1, 0, 0, 0, 4, 4, 5, 0, 0}}},
+      {"below, the block ending under the array", false, -5, 2, -5,
+       {kNew, kNew, kNew, kNew, kNew, 0, 10, 20, 30, 40}, {{-5, 2, 1, 0, 0, 0, 4, 4, 5, 0, 0}}},
       {"below, count -2", false, -3, -2, -5, {kNew, kNew, kNew, kNew, kNew, 0, 10, 20, 30, 40},
        {{-3, -2, 1, 0, 0, 0, 4, 4, 5, 0, 0}}},
       {"above, count 3", false, 8, 3, 0, {0, 10, 20, 30, 40, kNew, kNew, kNew, kNew, kNew, kNew},
        {{8, 3, 1, 0, 0, 5, 4, 4, 0, 0, 0}}},
-      {"above, count -4 pulling the elements down",
-       false,
-       6,
-       -4,
-       -3,
-       {0, 10, 20, 30, 40, kNew, kNew, kNew, kNew},
+      {"above, count -4 pulling the elements down", false, 6, -4, -3, {0, 10, 20, 30, 40, kNew, kNew, kNew, kNew},
        {{6, -4, 1, 0, -3, 5, 4, 1, 0, 0, 0}}},
       {"above, count -1 leaving them", false, 7, -1, 0, {0, 10, 20, 30, 40, kNew, kNew},
        {{7, -1, 1, 0, 0, 5, 4, 4, 0, 0, 0}}},

@@ -33,8 +33,12 @@ TEST(SccStack, LastInFirstOut) {
   EXPECT_EQ(stack[95], 96);
   stack.Push(-1);
   EXPECT_EQ(stack[90], -1);
-  EXPECT_FALSE(stack.IsEmpty());
   EXPECT_EQ(stack.IsValid(), 1);
+  while (stack.GetTop() > 1) stack.Pop();
+  EXPECT_FALSE(stack.IsEmpty());
+  stack.Pop();
+  EXPECT_TRUE(stack.IsEmpty());  // empty means nothing pushed, whatever the array holds
+  EXPECT_EQ(stack.GetCount(), 100);
 }
 
 // Pointer elements, as the assertion manager's records are kept, push and pop as
@@ -49,15 +53,6 @@ TEST(SccStack, PointerElements) {
   EXPECT_EQ(records.Pop(), &second);
   EXPECT_EQ(records.Pop()->line, 10);
   EXPECT_TRUE(records.IsEmpty());
-}
-
-// Empty means nothing pushed, whatever the array holds.
-TEST(SccStack, EmptyFollowsTheTop) {
-  SCC_Stack<int> stack;
-  stack.Push(1);
-  stack.Pop();
-  EXPECT_TRUE(stack.IsEmpty());
-  EXPECT_EQ(stack.GetCount(), 1);
 }
 
 // Pop on an empty stack reports and runs on: the top goes to -1 and the element at
@@ -87,16 +82,8 @@ TEST(SccStack, IsValid) {
   } const cases[] = {
       {"new", [](auto &) {}, 0, {"scc/scc: "}},
       {"pushed", [](auto &s) { s.Push(1); }, 1, {}},
-      {"pushed and popped", [](auto &s) {
-         s.Push(1);
-         s.Pop();
-       },
-       1, {}},
-      {"grown below 0", [](auto &s) {
-         s.Push(1);
-         s[-1] = 0;
-       },
-       0, {"scc/sccstack: "}},
+      {"pushed and popped", [](auto &s) { s.Push(1), s.Pop(); }, 1, {}},
+      {"grown below 0", [](auto &s) { s.Push(1), s[-1] = 0; }, 0, {"scc/sccstack: "}},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.name);
