@@ -56,9 +56,12 @@ struct Probe {
   }
 };
 
-/// Runs `program` as a probe with `environment` given to env(1).
+/// Runs `program` as a probe with `environment` given to env(1), through the emulator
+/// that runs this build's programs when the build names one.
 Probe runProbe(std::string const &environment, std::string const &program = selfPath()) {
-  std::string const command = "env " + environment + " " + kProbeVariable + "=1 '" + program + "' 2>&1";
+  std::string const emulator = BFC_TEST_EMULATOR;
+  std::string const command = "env " + environment + " " + kProbeVariable + "=1 " +
+                              (emulator.empty() ? "" : "'" + emulator + "' ") + "'" + program + "' 2>&1";
   Probe probe{-1, std::string()};
   FILE *const pipe = popen(command.c_str(), "r");
   if (pipe == nullptr) return probe;

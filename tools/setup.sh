@@ -17,4 +17,5 @@ fi
 echo "Installing: ${missing[*]}"
 export DEBIAN_FRONTEND=noninteractive
 apt-get update -qq
-apt-get install -y -qq "${missing[@]}" >/dev/null
+# Recommended packages stay out: qemu-user would bring a system-wide binfmt handler.
+apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
