@@ -44,22 +44,22 @@ public:
 
   /// Allocates the block and remembers its address in s_LastAllocated.
   static void *operator new(std::size_t size);
-  /// Frees the block; s_LastAllocated becomes 0 when it names this block.
+  /// Frees the block; s_LastAllocated becomes null when it names this block.
   static void operator delete(void *block) noexcept;
 
   /// The marker of the block at `address`: minus the address counted in units of
   /// the object alignment, minus 1. It is negative for every address in both data
   /// models (so it can never be mistaken for a holder count) and different for
   /// every address at which an object can start.
-  static SYS_Handle AllocationMarker(SYS_Handle address) noexcept {
-    auto const units = static_cast<std::uintptr_t>(address) / alignof(SCC_SharedBuffer);
+  static SYS_Handle AllocationMarker(void const *address) noexcept {
+    auto const units = reinterpret_cast<std::uintptr_t>(address) / alignof(SCC_SharedBuffer);
     return -static_cast<SYS_Handle>(units) - 1;
   }
 
   /// The address of the block the shared operator new gave out last while it is
-  /// alive, else 0. One unguarded value for the process: objects are made on one
+  /// alive, else null. One unguarded value for the process: objects are made on one
   /// thread.
-  static SYS_Handle s_LastAllocated;
+  static void *s_LastAllocated;
 
 protected:
   // A holder count (>= 0), or while negative the allocation marker of the block

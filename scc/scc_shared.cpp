@@ -3,11 +3,11 @@
 
 #include <new>
 
-SYS_Handle SCC_SharedBuffer::s_LastAllocated = 0;
+void *SCC_SharedBuffer::s_LastAllocated = nullptr;
 
 long SCC_SharedBuffer::Ref(void *object) noexcept {
   // A marker is negative and a count is not, so the first test never matches a count.
-  if (m_RefCount == AllocationMarker(reinterpret_cast<SYS_Handle>(object))) {
+  if (m_RefCount == AllocationMarker(object)) {
     m_RefCount = 1;
   } else if (m_RefCount >= 0) {
     ++m_RefCount;
@@ -19,13 +19,13 @@ long SCC_SharedBuffer::Ref(void *object) noexcept {
 
 void *SCC_SharedBuffer::operator new(std::size_t size) {
   void *const block = ::operator new(size);
-  s_LastAllocated = reinterpret_cast<SYS_Handle>(block);
+  s_LastAllocated = block;
   return block;
 }
 
 // A freed block is forgotten: the allocator may give its address to an ordinary
 // object next, which must not be taken for a shared one.
 void SCC_SharedBuffer::operator delete(void *block) noexcept {
-  if (reinterpret_cast<SYS_Handle>(block) == s_LastAllocated) s_LastAllocated = 0;
+  if (block == s_LastAllocated) s_LastAllocated = nullptr;
   ::operator delete(block);
 }

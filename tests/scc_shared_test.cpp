@@ -35,7 +35,7 @@ struct Footprint {
 // those above 2 GiB that a 32-bit process under a 64-bit kernel gets, and different
 // for every address at which an object can start.
 TEST(SccSharedBuffer, AllocationMarkerIsNegativeAndUnique) {
-  constexpr auto align = static_cast<SYS_Handle>(alignof(SCC_SharedBuffer));
+  constexpr std::uintptr_t align = alignof(SCC_SharedBuffer);
   struct Case {
     char const *name;
     std::uintptr_t address;
@@ -44,17 +44,17 @@ TEST(SccSharedBuffer, AllocationMarkerIsNegativeAndUnique) {
       {"first aligned", align},
       {"below 2 GiB", 0x7FFFFFF0u},
       {"2 GiB", 0x80000000u},
-      {"top of 4 GiB", 0xFFFFFFF0u & ~static_cast<std::uintptr_t>(align - 1)},
-      {"highest aligned address", UINTPTR_MAX & ~static_cast<std::uintptr_t>(align - 1)},
+      {"top of 4 GiB", 0xFFFFFFF0u & ~(align - 1)},
+      {"highest aligned address", UINTPTR_MAX & ~(align - 1)},
   };
   std::set<SYS_Handle> seen;
   for (auto const &c : cases) {
     SCOPED_TRACE(c.name);
-    SYS_Handle const address = static_cast<SYS_Handle>(c.address);
-    SYS_Handle const marker = SCC_SharedBuffer::AllocationMarker(address);
+    auto const at = [](std::uintptr_t address) { return reinterpret_cast<void const *>(address); };
+    SYS_Handle const marker = SCC_SharedBuffer::AllocationMarker(at(c.address));
     EXPECT_LT(marker, 0);
     EXPECT_TRUE(seen.insert(marker).second);
-    EXPECT_NE(SCC_SharedBuffer::AllocationMarker(address + align), marker);  // the next object start
+    EXPECT_NE(SCC_SharedBuffer::AllocationMarker(at(c.address + align)), marker);  // the next object start
   }
 }
 
@@ -63,7 +63,7 @@ TEST(SccSharedBuffer, AllocationMarkerIsNegativeAndUnique) {
 TEST(SccSharedBuffer, SharedNewObjectIsDeletedByItsLastHolder) {
   Pad::s_Destroyed = 0;
   Pad *const pad = new Pad(7);
-  EXPECT_EQ(SCC_SharedBuffer::s_LastAllocated, reinterpret_cast<SYS_Handle>(pad));
+  EXPECT_EQ(SCC_SharedBuffer::s_LastAllocated, static_cast<void *>(pad));  // what new gave
   EXPECT_EQ(pad->GetRefCount(), 0);  // never referenced yet
   EXPECT_FALSE(pad->IsShared());
   {
@@ -114,9 +114,9 @@ TEST(SccSharedBuffer, FreedBlockIsForgotten) {
   Pad *const older = new Pad;
   Pad *const newer = new Pad;
   delete older;
-  EXPECT_EQ(SCC_SharedBuffer::s_LastAllocated, reinterpret_cast<SYS_Handle>(newer));
+  EXPECT_EQ(SCC_SharedBuffer::s_LastAllocated, static_cast<void *>(newer));
   delete newer;
-  EXPECT_EQ(SCC_SharedBuffer::s_LastAllocated, 0);
+  EXPECT_EQ(SCC_SharedBuffer::s_LastAllocated, nullptr);
 }
 
 // Copying makes a count of the copy's own; assignment leaves the target's count.
