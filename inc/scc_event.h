@@ -42,8 +42,11 @@ public:
   virtual void OnDisconnect(SCC_EventNode * /*node*/) {}
   /// The order key of priority connection; a plain node ranks above every hook.
   virtual int GetPriority() { return 0x7FFFFFFF; }
-  /// The event this node is connected to, or null.
-  virtual SCC_Event<T> *GetConnectedEvent();
+  /// For a node, the event it is connected to; for an event, the record of the
+  /// innermost delivery now running on it (a node of no ring, different in each nested
+  /// delivery). Null when unconnected or idle. A node, not an event, because it names
+  /// either: compare it with an event's address, or keep it to tell deliveries apart.
+  virtual SCC_EventNode *GetConnectedEvent() { return m_Event; }
 
   /// Leaves the event, if any: the event repairs its running deliveries first.
   void Disconnect() {
@@ -205,8 +208,6 @@ public:
   void Disable() noexcept { m_Enabled = 0; }
   int IsEnabled() const noexcept { return m_Enabled; }
 
-  /// An event is connected to no event.
-  SCC_Event *GetConnectedEvent() override { return nullptr; }
   /// Keeps the running deliveries valid when `node` is about to leave the ring:
   /// a delivery whose cursor is `node` steps back to its predecessor.
   void OnDisconnect(Node *node) override;
@@ -256,11 +257,6 @@ private:
   // The event's record field; null once the event is destroyed.
   SCC_EventNode<T> **m_pEventField;
 };
-
-template <class T>
-SCC_Event<T> *SCC_EventNode<T>::GetConnectedEvent() {
-  return static_cast<SCC_Event<T> *>(m_Event);
-}
 
 template <class T>
 SCC_Event<T>::~SCC_Event() {

@@ -40,7 +40,6 @@ struct Probe : Logger<SCC_EventHook<int>> {
 
 /// Reads the protected links of nodes and events.
 struct Peek : SCC_Event<int> {
-  static SCC_EventNode<int> *record(SCC_Event<int> &event) { return event.*(&Peek::m_Event); }
   static SCC_EventNode<int> *next(SCC_EventNode<int> &node) { return node.*(&Peek::m_Next); }
   static SCC_EventNode<int> *prev(SCC_EventNode<int> &node) { return node.*(&Peek::m_Prev); }
 };
@@ -175,7 +174,7 @@ TEST(SccEventReentrancy, HandlersChangingTheEvent) {
     for (Probe *p : {&a, &b, &last}) event.Append(*p);
     c.setup(event, a, b, last);
     EXPECT_EQ(deliver(event, log), c.first);
-    EXPECT_EQ(Peek::record(event), nullptr);
+    EXPECT_EQ(event.GetConnectedEvent(), nullptr);
     EXPECT_EQ(deliver(event, log), c.second);
     int connected = 0;
     for (Probe *p : {&a, &b, &last}) {
@@ -205,29 +204,37 @@ TEST(SccEventReentrancy, ConnectionsAheadAndBehindTheCursor) {
   EXPECT_EQ(deliver(event, log), (Log{"top:1", "passed:1", "behind:1", "cur:1", "after:1", "low:1", "last:1"}));
 }
 
-// A throwing handler: the exception leaves Notify and the record is restored, so
-// an outer delivery that catches it goes on, and later deliveries start clean.
-TEST(SccEventReentrancy, ThrowingHandlerRestoresTheRecord) {
+// While a delivery runs, the event names its innermost record: a nested delivery has a
+// record of its own, the outer one is back when it returns, and a throwing handler leaves
+// the record as it was before its delivery, so an outer delivery that catches goes on.
+TEST(SccEventReentrancy, ConnectedEventNamesTheInnermostDelivery) {
   Log log;
   Probe a(log, "a"), b(log, "b"), c(log, "c");
   SCC_Event<int> event;
   for (Probe *p : {&a, &b, &c}) event.Append(*p);
+  SCC_EventNode<int> *outer = nullptr;
+  int nested = 0;
   b.m_Action = [&](int code) {
-    if (code == 2) throw std::runtime_error("inner");
+    if (code != 2) return;
+    ++nested;
+    EXPECT_NE(event.GetConnectedEvent(), nullptr);
+    EXPECT_NE(event.GetConnectedEvent(), outer);
+    throw std::runtime_error("inner");
   };
   EXPECT_THROW(event.Notify(2, nullptr), std::runtime_error);
-  EXPECT_EQ(Peek::record(event), nullptr);
+  EXPECT_EQ(event.GetConnectedEvent(), nullptr);
 
-  SCC_EventNode<int> *outerRecord = nullptr;
   a.m_Action = [&](int code) {
     if (code != 1) return;
-    outerRecord = Peek::record(event);
+    outer = event.GetConnectedEvent();
     EXPECT_THROW(event.Notify(2, nullptr), std::runtime_error);
-    EXPECT_EQ(Peek::record(event), outerRecord);
+    EXPECT_EQ(event.GetConnectedEvent(), outer);
   };
+  c.m_Action = [&](int) { EXPECT_EQ(event.GetConnectedEvent(), outer); };
   EXPECT_EQ(deliver(event, log, 1), (Log{"a:1", "a:2", "b:2", "b:1", "c:1"}));
-  EXPECT_NE(outerRecord, nullptr);
-  EXPECT_EQ(Peek::record(event), nullptr);
+  EXPECT_NE(outer, nullptr);
+  EXPECT_EQ(nested, 2);
+  EXPECT_EQ(event.GetConnectedEvent(), nullptr);
 }
 
 // An event destroyed by one of its handlers: the delivery stops there, nested
