@@ -87,7 +87,8 @@ public:
     }
     return *this;
   }
-  /// Unlinks every node as RemoveAll does; the nodes are not deleted.
+  /// Unlinks every node as RemoveAll does, code 6 to their iterators included; the
+  /// nodes are not deleted.
   virtual ~SCC_SafeDList() { RemoveAll(); }
 
   virtual int IsEmpty() { return m_Root.m_Next == &m_Root; }
@@ -112,8 +113,9 @@ public:
   }
   virtual T *RemoveHead() { return IsEmpty() ? nullptr : Remove(GetHead()); }
   virtual T *RemoveTail() { return IsEmpty() ? nullptr : Remove(GetTail()); }
-  /// Unlinks every node, first to last, without the removal code; the iterators
-  /// that stood on them are told code 6 and stand nowhere.
+  /// Unlinks every node, first to last, without the removal code 2. Each node's
+  /// iterators are told code 6, with the node as the parameter, once it is unlinked:
+  /// they stand nowhere, so none is left on a node outside the list.
   virtual void RemoveAll() {
     while (m_Root.m_Next != &m_Root) {
       Node *const node = m_Root.m_Next;

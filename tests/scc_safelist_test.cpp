@@ -104,24 +104,46 @@ TEST(SccSafeDList, DestroyedNodeLeavesAndMovesIterators) {
   EXPECT_EQ(values(list), (std::vector<int>{1, 3}));
 }
 
-// RemoveAll unlinks every node without the removal code: the iterators on them
-// stand nowhere. Destroying a list leaves its nodes unlinked and alive.
-TEST(SccSafeDList, RemoveAllAndDestructionReleaseNodes) {
-  Item a(1), b(2);
-  List::Iterator it;
-  {
-    List list;
-    list.AddTail(&a);
-    list.AddTail(&b);
-    it.Set(&b);
-    list.RemoveAll();
-    EXPECT_EQ(at(it), -1);
-    EXPECT_TRUE(list.IsEmpty());
-    list.AddTail(&a);
-    it.Set(&a);
+// Emptying a list, by RemoveAll or by destroying it, unlinks the nodes first to last and
+// tells each node's iterators code 6 with the node once it is unlinked: they stand nowhere,
+// also the one on the first node that a removal (code 2) would have moved on. The nodes
+// stay alive and can be linked again.
+TEST(SccSafeDList, EmptyingTellsCodeSixAfterUnlinking) {
+  struct Watch : List::Iterator {
+    std::vector<std::string> *log = nullptr;
+    int OnNotification(int code, void *param) override {
+      auto *const node = static_cast<Item *>(static_cast<SCC_SafeDListNode<Item> *>(param));
+      log->push_back(std::to_string(code) + ":" + std::to_string(node->m_Value) +
+                     (node->IsLinked() ? " linked" : " unlinked"));
+      return List::Iterator::OnNotification(code, param);
+    }
+  };
+  for (bool const destroy : {false, true}) {
+    SCOPED_TRACE(destroy ? "destructor" : "RemoveAll");
+    std::vector<std::string> log;
+    Item a(1), b(2);
+    Watch onA, onB;
+    onA.log = onB.log = &log;
+    {
+      List list;
+      list.AddTail(&a);
+      list.AddTail(&b);
+      onA.Set(&a);
+      onB.Set(&b);
+      if (!destroy) {
+        list.RemoveAll();
+        EXPECT_TRUE(list.IsEmpty());
+        list.AddTail(&a);  // reusable at once
+        EXPECT_EQ(values(list), std::vector<int>{1});
+        list.RemoveAll();
+      }
+    }
+    EXPECT_EQ(log, (std::vector<std::string>{"6:1 unlinked", "6:2 unlinked"}));
+    EXPECT_EQ(at(onA), -1);
+    EXPECT_EQ(at(onB), -1);
+    EXPECT_FALSE(a.IsLinked());
+    EXPECT_FALSE(b.IsLinked());
   }
-  EXPECT_FALSE(a.IsLinked());
-  EXPECT_EQ(at(it), -1);
 }
 
 // Taking over a list moves its whole ring; the source is left empty, iterators
