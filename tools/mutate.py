@@ -158,6 +158,9 @@ class Worker:
     def __init__(self, root, index, repo, rev):
         self.source = os.path.join(root, f"w{index}", "src")
         self.build = os.path.join(root, f"w{index}", "build")
+        # A build left by an interrupted run may hold a mutant's object file newer than the
+        # fresh copy of its source (git archive dates files by their commit), so start clean.
+        shutil.rmtree(os.path.join(root, f"w{index}"), ignore_errors=True)
         export_tree(repo, rev, self.source)
         subprocess.run(
             ["cmake", "-S", self.source, "-B", self.build, "-DCMAKE_BUILD_TYPE=Debug",
