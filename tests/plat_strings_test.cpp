@@ -46,31 +46,22 @@ int const g_LoadProbe = runLoadProbe();
 
 std::string selfPath() { return std::filesystem::read_symlink("/proc/self/exe").string(); }
 
-struct Probe {
-  int status;
-  std::string output;  // standard output and standard error
-  bool has(std::string const &line) const { return output.find(line + "\n") != std::string::npos; }
-  void expectLines(std::vector<std::string> const &lines) const {
-    EXPECT_EQ(status, 0) << output;
-    for (auto const &line : lines) EXPECT_TRUE(has(line)) << line << " in\n" << output;
-  }
-};
-
-/// Runs `program` as a probe with `environment` given to env(1), through the emulator
-/// that runs this build's programs when the build names one.
-Probe runProbe(std::string const &environment, std::string const &program = selfPath()) {
+/// Runs `program` as a probe with `environment` given to env(1), through the emulator that runs this build's
+/// programs when the build names one; gives what it wrote to standard output and standard error.
+std::string runProbe(std::string const &environment, std::string const &program, int &status) {
   std::string const emulator = BFC_TEST_EMULATOR;
   std::string const command = "env " + environment + " " + kProbeVariable + "=1 " +
                               (emulator.empty() ? "" : "'" + emulator + "' ") + "'" + program + "' 2>&1";
-  Probe probe{-1, std::string()};
+  std::string output;
+  status = -1;
   FILE *const pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr) return probe;
+  if (pipe == nullptr) return output;
   char chunk[512];
   size_t got;
-  while ((got = std::fread(chunk, 1, sizeof chunk, pipe)) > 0) probe.output.append(chunk, got);
-  int const status = pclose(pipe);
-  probe.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  return probe;
+  while ((got = std::fread(chunk, 1, sizeof chunk, pipe)) > 0) output.append(chunk, got);
+  int const code = pclose(pipe);
+  status = WIFEXITED(code) ? WEXITSTATUS(code) : -1;
+  return output;
 }
 
 /// A fresh directory for one test's files, removed afterwards.
@@ -98,17 +89,6 @@ std::string trTexts(std::initializer_list<int> ids) {
   return joined.substr(0, joined.size() - 1);
 }
 
-/// Host texts with the unit names, a bad line, a text too long for the program's buffer,
-/// and one whose cut would fall inside a two-byte character.
-std::string hostTexts() {
-  return "# board host\n"
-         "45104 mil\n45105 mm\n45106 inch\n45107 \xC2\xB5m\n"
-         "oops\n"
-         "500 " + std::string(1500, 'a') + "\n"
-         "501 " + std::string(998, 'b') + "\xC3\xA9\n"
-         "45110\n";
-}
-
 /// Removes the run-time table when a test ends.
 struct RunTimeTableReset {
   ~RunTimeTableReset() { PLAT_RegisterStrings(nullptr, 0); }
@@ -116,42 +96,44 @@ struct RunTimeTableReset {
 
 }  // namespace
 
-// BFC_STRINGS names a file read at load; bad lines are skipped with a report; TR cuts to 999 bytes, whole characters.
-TEST(ProgramStrings, ReadAtLoadFromTheVariable) {
+// BFC_STRINGS names a file read at load, else the file beside the program named after it is read; bad lines are
+// skipped with a report; TR cuts to 999 bytes, whole characters, where LoadString gives the long text whole; the
+// program's run-time table comes first. A host that supplies nothing gets empty names, silently; one naming a missing
+// file is told so; nothing fails.
+TEST(ProgramStrings, ReadAtLoad) {
   TempDirectory const dir;
-  std::string const path = dir.file("host.strings", hostTexts());
-  runProbe("BFC_STRINGS='" + path + "'").expectLines({
-      "file=" + path, "unit0=mil", "unit1=mm", "unit2=inch", "unit3=\xC2\xB5m",
-      "bfc: " + path + ":6: a number from 0 to 65535 is expected",
-      "cut=999 uncut=1500 multibyte=998",         // LoadString gives the long text whole
-      "45104=mil 600=run time 45110=filled in"});  // the program's table comes first
-}
-
-// Without the variable, the file beside the program named after it is read.
-TEST(ProgramStrings, BesideTheProgram) {
-  TempDirectory const dir;
+  // Host texts with the unit names, a bad line, a text too long for the program's buffer, and one whose cut would
+  // fall inside a two-byte character.
+  std::string const path = dir.file("host.strings", "# board host\n45104 mil\n45105 mm\n45106 inch\n45107 \xC2\xB5m\n"
+                                                    "oops\n500 " + std::string(1500, 'a') + "\n501 " +
+                                                    std::string(998, 'b') + "\xC3\xA9\n45110\n");
   std::string const program = dir.path + "/board";
   std::filesystem::copy_file(selfPath(), program);
   std::filesystem::permissions(program, std::filesystem::perms::owner_all);
-  std::string const path = dir.file("board.strings", "45104 Mil\n45107 Micron\n");
-  runProbe("-u BFC_STRINGS", program).expectLines({"file=" + path, "unit0=Mil", "unit1=", "unit3=Micron"});
-}
-
-// A host that supplies nothing gets empty names, silently; one naming a missing file is told so; nothing fails.
-TEST(ProgramStrings, NoneSupplied) {
-  struct Case { char const *name; std::string environment; char const *message; } cases[] = {
-      {"no file beside the program", "-u BFC_STRINGS", nullptr},
-      {"variable set but empty", "BFC_STRINGS=", nullptr},
-      {"named file missing", "BFC_STRINGS=/nonexistent/host.strings",
-       "bfc: /nonexistent/host.strings: cannot be read (No such file or directory)"},
+  std::string const beside = dir.file("board.strings", "45104 Mil\n45107 Micron\n");
+  std::string const nothing = "file=\nunit0=\nunit1=\nunit2=\nunit3=\ncut=0 uncut=0 multibyte=0\n"
+                              "45104=MIL 600=run time 45110=filled in\n";
+  struct Case { char const *name; std::string environment, program, output; std::vector<std::string> lines; };
+  Case const cases[] = {
+      {"from the variable", "BFC_STRINGS='" + path + "'", selfPath(), "",
+       {"file=" + path, "unit0=mil", "unit1=mm", "unit2=inch", "unit3=\xC2\xB5m",
+        "bfc: " + path + ":6: a number from 0 to 65535 is expected", "cut=999 uncut=1500 multibyte=998",
+        "45104=mil 600=run time 45110=filled in"}},
+      {"beside the program", "-u BFC_STRINGS", program, "", {"file=" + beside, "unit0=Mil", "unit1=", "unit3=Micron"}},
+      {"no file beside the program", "-u BFC_STRINGS", selfPath(), nothing, {}},
+      {"variable set but empty", "BFC_STRINGS=", selfPath(), nothing, {}},
+      {"named file missing", "BFC_STRINGS=/nonexistent/host.strings", selfPath(), "",
+       {"bfc: /nonexistent/host.strings: cannot be read (No such file or directory)", "unit0=",
+        "45104=MIL 600=run time 45110=filled in"}},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.name);
-    Probe const probe = runProbe(c.environment);
-    std::string const nothing = "file=\nunit0=\nunit1=\nunit2=\nunit3=\ncut=0 uncut=0 multibyte=0\n";
-    bool const silent = probe.output.rfind(nothing, 0) == 0;
-    EXPECT_EQ(silent, c.message == nullptr) << probe.output;
-    probe.expectLines({c.message != nullptr ? c.message : "unit0=", "45104=MIL 600=run time 45110=filled in"});
+    int status = -1;
+    std::string const output = runProbe(c.environment, c.program, status);
+    EXPECT_EQ(status, 0) << output;
+    for (auto const &line : c.lines)
+      EXPECT_NE(output.find(line + "\n"), std::string::npos) << line << " in\n" << output;
+    if (!c.output.empty()) EXPECT_EQ(output.rfind(c.output, 0), 0u) << output;  // and nothing before
   }
 }
 

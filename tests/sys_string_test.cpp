@@ -78,8 +78,10 @@ TEST(SysString, Assignment) {
   });
 }
 
-// Stream appends chain; numbers use the plain decimal and "%f" forms; NUL and null append nothing.
-TEST(SysString, StreamAppend) {
+// Stream appends chain; numbers use the plain decimal and "%f" forms; concatenation puts the left text first;
+// NUL characters and null pointers add nothing.
+TEST(SysString, AppendAndConcatenate) {
+  SYS_String const ab("ab");
   expectTexts({
       {"chain", SYS_String("abc") << 'd' << -12 << 7u << 2.5, "abcd-1272.500000"},
       {"int min", SYS_String() << INT_MIN, "-2147483648"}, {"uint max", SYS_String() << UINT_MAX, "4294967295"},
@@ -87,12 +89,13 @@ TEST(SysString, StreamAppend) {
       {"float widens", SYS_String() << 0.5f, "0.500000"}, {"negative zero", SYS_String() << -0.0, "-0.000000"},
       {"large double", SYS_String() << 1e20, "100000000000000000000.000000"},
       {"NUL", SYS_String("ab") << '\0' << "c", "abc"}, {"null text", SYS_String("ab") << kNull, "ab"},
+      {"+ string", ab + SYS_String("cd"), "abcd"}, {"+ text", ab + "cd", "abcd"}, {"text +", "cd" + ab, "cdab"},
+      {"+ char", ab + 'c', "abc"}, {"char +", 'c' + ab, "cab"}, {"+ NUL", ab + '\0', "ab"}, {"NUL +", '\0' + ab, "ab"},
+      {"+ null", ab + kNull, "ab"}, {"null +", kNull + ab, "ab"},
   });
   EXPECT_EQ((SYS_String() << 1e300).GetLength(), 301 + 7);
-}
 
-// Appending characters one by one keeps every byte; a string appended to itself doubles.
-TEST(SysString, AppendManyCharacters) {
+  // Appending characters one by one keeps every byte; a string appended to itself doubles.
   SYS_String s;
   std::string model;
   for (int i = 0; i < 100000; ++i) {
@@ -103,16 +106,6 @@ TEST(SysString, AppendManyCharacters) {
   EXPECT_EQ(str(s), model);
   s += s;
   EXPECT_EQ(str(s), model + model);
-}
-
-// Concatenation puts the left text first; NUL characters and null pointers add nothing.
-TEST(SysString, Concatenation) {
-  SYS_String const ab("ab");
-  expectTexts({
-      {"+ string", ab + SYS_String("cd"), "abcd"}, {"+ text", ab + "cd", "abcd"}, {"text +", "cd" + ab, "cdab"},
-      {"+ char", ab + 'c', "abc"}, {"char +", 'c' + ab, "cab"}, {"+ NUL", ab + '\0', "ab"}, {"NUL +", '\0' + ab, "ab"},
-      {"+ null", ab + kNull, "ab"}, {"null +", kNull + ab, "ab"},
-  });
 }
 
 // Copies share one buffer until one of them is written; no write reaches another string.
@@ -140,18 +133,6 @@ TEST(SysString, CopyOnWrite) {
   }
 }
 
-// While a buffer is out through GetBuffer, a copy takes its own text, so writes through the buffer never show in it.
-TEST(SysString, BufferIsNeverShared) {
-  SYS_String s("abc");
-  char *buffer = s.GetBuffer(10);
-  SYS_String const copy(s);
-  SYS_String assigned;
-  assigned = s;
-  buffer[0] = 'X';
-  s.ReleaseBuffer();
-  EXPECT_EQ(str(s) + str(copy) + str(assigned), "Xbcabcabc");
-}
-
 // GetBuffer keeps the whole text even for a smaller request; ReleaseBuffer(-1) ends at the first NUL.
 TEST(SysString, BufferAccess) {
   expectEdits({
@@ -168,18 +149,15 @@ TEST(SysString, BufferAccess) {
   EXPECT_STREQ(b, "a ");
   s.ReleaseBuffer(1);
   EXPECT_EQ(str(s), "a");
-}
 
-// SetAt writes one byte; case changes touch ASCII letters only; Empty leaves "".
-TEST(SysString, ElementsAndCase) {
-  std::string const mixed = std::string("Ab") + kEAcute + "Z";
-  expectEdits({
-      {"SetAt", "aB1", [](SYS_String &s) { s.SetAt(2, 'c'); }, "aBc"},
-      {"MakeUpper", mixed.c_str(), [](SYS_String &s) { s.MakeUpper(); }, std::string("AB") + kEAcute + "Z"},
-      {"MakeLower", mixed.c_str(), [](SYS_String &s) { s.MakeLower(); }, std::string("ab") + kEAcute + "z"},
-      {"Empty", "abc", [](SYS_String &s) { s.Empty(); }, ""},
-  });
-  EXPECT_EQ(SYS_String("aB1").GetAt(3), '\0');  // the terminator reads at the length
+  // While a buffer is out, a copy takes its own text, so writes through the buffer never show in it.
+  char *buffer = s.GetBuffer(10);
+  SYS_String const copy(s);
+  SYS_String assigned;
+  assigned = s;
+  buffer[0] = 'X';
+  s.ReleaseBuffer();
+  EXPECT_EQ(str(s) + str(copy) + str(assigned), "Xaa");
 }
 
 // Comparisons follow unsigned byte order; CompareNoCase folds A-Z; null counts as empty; CompareAlNum is natural.
@@ -201,9 +179,12 @@ TEST(SysString, Comparison) {
   }
 }
 
-// Extraction clamps its arguments and never fails.
+// Extraction clamps its arguments and never fails. The span functions compare whole characters: a set holding
+// "é" does not hold "ã", which shares its lead byte, and a lone lead byte is a character of its own.
 TEST(SysString, Extraction) {
   SYS_String const s("abcdef");
+  std::string const multibyte = std::string(kEAcute) + kEAcute + "\xC3\xA3" + "x";
+  SYS_String const m(multibyte.c_str());
   expectTexts({
       {"Mid(-3,2)", s.Mid(-3, 2), "ab"}, {"Mid(4,10)", s.Mid(4, 10), "ef"}, {"Mid(7,1)", s.Mid(7, 1), ""},
       {"Mid(6,1)", s.Mid(6, 1), ""}, {"Mid(2,-1)", s.Mid(2, -1), ""}, {"Mid(2)", s.Mid(2), "cdef"},
@@ -213,23 +194,19 @@ TEST(SysString, Extraction) {
       {"SpanIncluding", s.SpanIncluding("bca"), "abc"}, {"SpanIncluding none", s.SpanIncluding("x"), ""},
       {"SpanIncluding null", s.SpanIncluding(nullptr), ""}, {"SpanExcluding", s.SpanExcluding("ed"), "abc"},
       {"SpanExcluding null", s.SpanExcluding(nullptr), "abcdef"},
+      {"multibyte including", m.SpanIncluding(kEAcute), std::string(kEAcute) + kEAcute},
+      {"multibyte excluding", m.SpanExcluding("\xC3\xA3"), std::string(kEAcute) + kEAcute},
+      {"a lone lead byte", m.SpanExcluding("\xC3"), multibyte},
   });
 }
 
-// The span functions compare whole characters: a set holding "é" does not hold "ã", which shares its lead byte.
-TEST(SysString, SpansAreMultibyteAware) {
-  std::string const text = std::string(kEAcute) + kEAcute + "\xC3\xA3" + "x";
-  SYS_String const s(text.c_str());
-  expectTexts({
-      {"including", s.SpanIncluding(kEAcute), std::string(kEAcute) + kEAcute},
-      {"excluding", s.SpanExcluding("\xC3\xA3"), std::string(kEAcute) + kEAcute},
-      {"a lone lead byte", s.SpanExcluding("\xC3"), text},  // is a character of its own
-  });
-}
-
-// Each search has its own start rule; -2 is special only for the reverse searches.
-TEST(SysString, SearchStartRules) {
+// Each search has its own start rule; -2 is special only for the reverse searches. Searches never match a trail
+// byte or split a character; an invalid byte and an embedded NUL are characters.
+TEST(SysString, Search) {
   SYS_String const s("abcabc"), empty;
+  // "é€" then an invalid lone 0xA9 then "a": bytes C3 A9 E2 82 AC A9 61.
+  SYS_String const m((std::string(kEAcute) + kEuro + "\xA9" + "a").c_str());
+  SYS_String const mixed((std::string("R1") + kEuro + "R10").c_str()), nul("ab\0cd", 5);
   expectFound({
       {"Find c from 3", s.Find('c', 3), 5}, {"Find x", s.Find('x', 0), -1}, {"Find a from 6", s.Find('a', 6), -1},
       {"Find a from 7", s.Find('a', 7), -1}, {"Find a from -1", s.Find('a', -1), -1},
@@ -253,31 +230,24 @@ TEST(SysString, SearchStartRules) {
       {"empty: ReverseFind a", empty.ReverseFind('a', -2), -1},
       {"empty: ReverseFind NUL", empty.ReverseFind('\0', -2), 0}, {"empty: Find NUL", empty.Find('\0', 0), 0},
       {"empty: Find empty", empty.Find("", 0), -1},
-  });
-}
-
-// Searches never match a trail byte or split a character; an invalid byte and an embedded NUL are characters.
-TEST(SysString, SearchSeesWholeCharacters) {
-  // "é€" then an invalid lone 0xA9 then "a": bytes C3 A9 E2 82 AC A9 61.
-  SYS_String const s((std::string(kEAcute) + kEuro + "\xA9" + "a").c_str());
-  SYS_String const mixed((std::string("R1") + kEuro + "R10").c_str()), nul("ab\0cd", 5);
-  expectFound({
-      {"not the trail byte at 1", s.Find('\xA9', 0), 5}, {"not a lead byte", s.Find('\xC3', 0), -1},
-      {"Find text 0xA9", s.Find("\xA9", 0), 5}, {"Find 0xA9 a", s.Find("\xA9" "a", 0), 5},
-      {"Find euro", s.Find(kEuro, 0), 2}, {"Find trail bytes", s.Find("\x82\xAC", 0), -1},
-      {"Find would split", s.Find("\xC3", 0), -1}, {"FindOneOf 0xA9", s.FindOneOf("\xA9", 0), 5},
-      {"FindOneOf euro", s.FindOneOf(kEuro, 0), 2}, {"FindOneOf euro from 3", s.FindOneOf(kEuro, 3), -1},
-      {"ReverseFind 0xA9", s.ReverseFind('\xA9', -2), 5}, {"ReverseFind 0xA9 from 4", s.ReverseFind('\xA9', 4), -1},
-      {"ReverseFindOneOf euro", s.ReverseFindOneOf(kEAcute, -2), 0},
-      {"ReverseFindOneOf from 5", s.ReverseFindOneOf("a\xA9", 5), 5},
-      {"a start inside walks trail bytes", s.Find('\xAC', 4), 4}, {"ASCII across multibyte", mixed.Find("R1", 1), 5},
+      // Whole characters, over "é€", 0xA9, "a", over "R1€R10" and over "ab", NUL, "cd".
+      {"not the trail byte at 1", m.Find('\xA9', 0), 5}, {"not a lead byte", m.Find('\xC3', 0), -1},
+      {"Find text 0xA9", m.Find("\xA9", 0), 5}, {"Find 0xA9 a", m.Find("\xA9" "a", 0), 5},
+      {"Find euro", m.Find(kEuro, 0), 2}, {"Find trail bytes", m.Find("\x82\xAC", 0), -1},
+      {"Find would split", m.Find("\xC3", 0), -1}, {"FindOneOf 0xA9", m.FindOneOf("\xA9", 0), 5},
+      {"FindOneOf euro", m.FindOneOf(kEuro, 0), 2}, {"FindOneOf euro from 3", m.FindOneOf(kEuro, 3), -1},
+      {"ReverseFind 0xA9", m.ReverseFind('\xA9', -2), 5}, {"ReverseFind 0xA9 from 4", m.ReverseFind('\xA9', 4), -1},
+      {"ReverseFindOneOf é", m.ReverseFindOneOf(kEAcute, -2), 0},
+      {"ReverseFindOneOf from 5", m.ReverseFindOneOf("a\xA9", 5), 5},
+      {"a start inside walks trail bytes", m.Find('\xAC', 4), 4}, {"ASCII across multibyte", mixed.Find("R1", 1), 5},
       {"reverse ASCII", mixed.ReverseFind('R', -2), 5}, {"NUL: Find c", nul.Find('c', 0), 3},
       {"NUL: Find cd", nul.Find("cd", 0), 3}, {"NUL: ReverseFind a", nul.ReverseFind('a', -2), 0},
       {"NUL: FindOneOf d", nul.FindOneOf("d", 0), 4},
   });
 }
 
-// Insert pads with spaces past the end; Delete and Replace with count 0 take the tail; own text is copied first.
+// Insert pads with spaces past the end; Delete and Replace with count 0 take the tail; own text is copied first;
+// SetAt writes one byte; case changes touch ASCII letters only; Empty leaves "".
 TEST(SysString, Editing) {
   enum Op { Insert, Delete, Replace };
   struct Case { char const *name, *start; Op op; int pos, count; char const *with, *expected; } cases[] = {
@@ -298,11 +268,17 @@ TEST(SysString, Editing) {
     if (c.op == Replace) s.Replace(c.pos, c.count, c.with);
     EXPECT_EQ(str(s), c.expected);
   }
+  std::string const mixed = std::string("Ab") + kEAcute + "Z";
   expectEdits({
       {"Insert own text", "abc", [](SYS_String &s) { s.Insert(1, s); }, "aabcbc"},
       {"Replace own text", "abcdef", [](SYS_String &s) { s.Replace(0, 2, static_cast<char const *>(s) + 3); },
        "defcdef"},
+      {"SetAt", "aB1", [](SYS_String &s) { s.SetAt(2, 'c'); }, "aBc"},
+      {"MakeUpper", mixed.c_str(), [](SYS_String &s) { s.MakeUpper(); }, std::string("AB") + kEAcute + "Z"},
+      {"MakeLower", mixed.c_str(), [](SYS_String &s) { s.MakeLower(); }, std::string("ab") + kEAcute + "z"},
+      {"Empty", "abc", [](SYS_String &s) { s.Empty(); }, ""},
   });
+  EXPECT_EQ(SYS_String("aB1").GetAt(3), '\0');  // the terminator reads at the length
 }
 
 // Trimming: white space is exactly 0x09-0x0D and 0x20; otherwise the target's first (possibly multibyte) character.

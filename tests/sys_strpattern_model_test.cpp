@@ -1,9 +1,8 @@
 //===- tests/sys_strpattern_model_test.cpp - Patterns against a model ---===//
 //
-// A second, deliberately simple implementation of the pattern rules (a parse
-// tree and continuation-passing matching, no byte code) checks Match on random
-// short patterns and texts; a fuzz run feeds random bytes to both sides of the
-// class and checks that nothing breaks.
+// A second, deliberately simple implementation of the pattern rules (a parse tree and
+// continuation-passing matching, no byte code) checks Match on random short patterns and
+// texts; a fuzz run feeds random bytes to both sides of the class and checks nothing breaks.
 //
 //===------------------------------------------------------------------===//
 #include "bfc.h"
@@ -23,22 +22,14 @@
 namespace {
 
 struct Node;
-
-struct Item {
-  std::shared_ptr<Node> atom;
-  char op = 0;  // 0 when the atom is not repeated
-};
-
-struct Sequence {
-  bool anchored = false;
-  std::vector<Item> items;
-};
+struct Item { std::shared_ptr<Node> atom; char op = 0; };  // op 0: the atom is not repeated
+struct Sequence { bool anchored = false; std::vector<Item> items; };
 
 struct Node {
   enum Kind { Char, Any, End, Class, Set, Group } kind = Char;
-  char ch = 0;              // Char; the letter of a Class
-  std::string members;      // Set
-  bool negated = false;     // Set
+  char ch = 0;                         // Char; the letter of a Class
+  std::string members;                 // Set
+  bool negated = false;                // Set
   std::vector<Sequence> alternatives;  // Group
 };
 
@@ -52,13 +43,13 @@ public:
 private:
   static bool stops(char c) { return c == '\0' || std::strchr("#)*+?@]^|", c) != nullptr; }
 
+  /// Steps over `c` when it comes next.
+  bool accept(char c) { return *m_Pos == c ? (++m_Pos, true) : false; }
+
   bool list(std::vector<Sequence> &alternatives) {
     for (;;) {
       Sequence s;
-      if (*m_Pos == '^') {
-        s.anchored = true;
-        ++m_Pos;
-      }
+      s.anchored = accept('^');
       while (!stops(*m_Pos)) {
         Item item;
         if (!parseItem(item)) return false;
@@ -66,8 +57,7 @@ private:
       }
       if (s.items.empty()) return false;
       alternatives.push_back(s);
-      if (*m_Pos != '|') return true;
-      ++m_Pos;
+      if (!accept('|')) return true;
     }
   }
 
@@ -80,17 +70,13 @@ private:
       node->kind = Node::End;
     } else if (c == '(') {
       node->kind = Node::Group;
-      if (!list(node->alternatives) || *m_Pos != ')') return false;
-      ++m_Pos;
+      if (!list(node->alternatives) || !accept(')')) return false;
     } else if (c == ':' && *m_Pos != '\0' && std::strchr("dlu", *m_Pos) != nullptr) {
       node->kind = Node::Class;
       node->ch = *m_Pos++;
     } else if (c == '[') {
       node->kind = Node::Set;
-      if (*m_Pos == '^') {
-        node->negated = true;
-        ++m_Pos;
-      }
+      node->negated = accept('^');
       while (*m_Pos != '\0' && *m_Pos != ']') {
         if (*m_Pos == '-' && !node->members.empty() && m_Pos[1] != ']') {
           char const to = m_Pos[1];
@@ -103,8 +89,7 @@ private:
         m_LastMember = *m_Pos++;
         node->members += m_LastMember;
       }
-      if (*m_Pos != ']') return false;
-      ++m_Pos;
+      if (!accept(']')) return false;
     } else if (c == '\\') {
       if (*m_Pos == '\0') return false;
       node->ch = *m_Pos++;
@@ -155,40 +140,21 @@ private:
     Rest const done = [](int p) { return p; };
     auto alone = [&](int p) { return atom(*item.atom, p, done); };
     switch (item.op) {
-      case 0:
-        return atom(*item.atom, at, next);
+      case 0: return atom(*item.atom, at, next);
       case '?': {
         int const with = atom(*item.atom, at, next);
         return with >= 0 ? with : next(at);
       }
-      case '*':
-      case '+': {
-        std::vector<int> ends;
-        for (int p = at;;) {
-          int const e = alone(p);
-          if (e < 0 || e == p) {
-            if (ends.empty()) return e < 0 && item.op == '+' ? -1 : next(at);
-            break;
-          }
-          ends.push_back(e);
-          p = e;
-        }
-        for (size_t j = ends.size(); j-- > 0;) {
-          int const r = next(ends[j]);
+      default: {  // "*" and "+" take the most occurrences the rest allows, "#" and "@" the fewest
+        std::vector<int> ends;  // after each occurrence, up to one that fails or is empty
+        for (int p = at, e; (e = alone(p)) > p; p = e) ends.push_back(e);
+        if (ends.empty()) return alone(at) < 0 && (item.op == '+' || item.op == '#') ? -1 : next(at);
+        bool const greedy = item.op == '*' || item.op == '+';
+        for (size_t j = 0; j < ends.size(); ++j) {
+          int const r = next(ends[greedy ? ends.size() - 1 - j : j]);
           if (r >= 0) return r;
         }
         return -1;
-      }
-      default: {  // '#', '@'
-        int e = alone(at);
-        if (e < 0) return item.op == '@' ? next(at) : -1;
-        for (;;) {
-          int const r = next(e);
-          if (r >= 0) return r;
-          int const more = alone(e);
-          if (more < 0 || more == e) return -1;
-          e = more;
-        }
       }
     }
   }
@@ -201,7 +167,8 @@ private:
       case Node::Any: return inText ? rest(at + 1) : -1;
       case Node::End: return inText ? -1 : rest(at);
       case Node::Class: {
-        bool const in = n.ch == 'd' ? (c >= '0' && c <= '9') : n.ch == 'l' ? (c >= 'a' && c <= 'z') : (c >= 'A' && c <= 'Z');
+        bool const in = n.ch == 'd'   ? (c >= '0' && c <= '9')
+                        : n.ch == 'l' ? (c >= 'a' && c <= 'z') : (c >= 'A' && c <= 'Z');
         return inText && in ? rest(at + 1) : -1;
       }
       case Node::Set: {
@@ -245,8 +212,7 @@ std::string randomText(std::mt19937 &random, char const *alphabet, int maxLength
 // leftmost match, for random short patterns and texts over a small alphabet.
 TEST(StrPatternModel, MatchAgreesWithModel) {
   std::mt19937 random(20240517);
-  int compiledCount = 0;
-  int matchCount = 0;
+  int compiledCount = 0, matchCount = 0;
   for (int round = 0; round < 20000; ++round) {
     std::string const pattern = randomPattern(random);
     std::vector<Sequence> top;
@@ -279,18 +245,17 @@ TEST(StrPatternFuzz, RandomBytesStayWithinTheText) {
   std::uniform_int_distribution<int> anyByte(1, 255);
   std::uniform_int_distribution<size_t> metaByte(0, sizeof kPatternBytes - 2);
   std::uniform_int_distribution<int> coin(0, 3);
+  auto randomBytes = [&] {  // mostly pattern syntax, now and then any byte
+    std::string bytes;
+    for (int n = patternLength(random); n > 0; --n)
+      bytes += coin(random) == 0 ? static_cast<char>(anyByte(random)) : kPatternBytes[metaByte(random)];
+    return bytes;
+  };
   for (int round = 0; round < 20000; ++round) {
-    std::string pattern;
-    for (int n = patternLength(random); n > 0; --n) {
-      pattern += coin(random) == 0 ? static_cast<char>(anyByte(random)) : kPatternBytes[metaByte(random)];
-    }
-    SYS_StrPattern const p(pattern.c_str());
-    SYS_StrPattern const copy(p);
+    std::string const pattern = randomBytes();
+    SYS_StrPattern const p(pattern.c_str()), copy(p);
     for (int t = 0; t < 3; ++t) {
-      std::string text;
-      for (int n = patternLength(random); n > 0; --n) {
-        text += coin(random) == 0 ? static_cast<char>(anyByte(random)) : kPatternBytes[metaByte(random)];
-      }
+      std::string const text = randomBytes();
       SCOPED_TRACE("pattern \"" + pattern + "\" text \"" + text + "\"");
       int length = -1;
       int const offset = p.Match(text.c_str(), &length);

@@ -13,15 +13,17 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__)
 // Under the sanitizers every step is several times slower: a shorter text still has far
-// more occurrences than any stack has room for frames.
-constexpr size_t kLongText = size_t{4} << 20;
+// more occurrences than any stack has room for frames. The deepest patterns the compiler
+// accepts get a 1 MiB stack, 4 MiB for the sanitizers' larger frames.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr size_t kLongText = size_t{4} << 20, kDeepStack = size_t{4} << 20;
 #else
-constexpr size_t kLongText = size_t{64} << 20;
+constexpr size_t kLongText = size_t{64} << 20, kDeepStack = size_t{1} << 20;
 #endif
 
 constexpr size_t kSmallStack = 256 * 1024;
@@ -41,10 +43,18 @@ void runOnSmallStack(std::function<void()> const &work, size_t stackBytes = kSma
   pthread_attr_destroy(&attributes);
 }
 
-struct Found {
-  int offset = -2;
+/// Offset and length of the match `pattern` finds in `text`.
+std::pair<int, int> match(std::string const &pattern, char const *text) {
   int length = -2;
-};
+  int const offset = SYS_StrPattern(pattern.c_str()).Match(text, &length);
+  return {offset, length};
+}
+
+std::string repeat(char const *piece, int times) {
+  std::string s;
+  for (int i = 0; i < times; ++i) s += piece;
+  return s;
+}
 
 }  // namespace
 
@@ -54,26 +64,17 @@ struct Found {
 // the text is still millions of occurrences.
 TEST(StrPatternLongText, RepetitionsOverOneRepeatedCharacter) {
   std::string const text(kLongText, 'a');
-  struct Case {
-    char const *pattern;
-    size_t size;
-  } const cases[] = {
-      {"a*", kLongText},
-      {"a*a", kLongText},      // the last occurrence is given back
-      {"a+a$", kLongText},
-      {".+$", kLongText},
-      {"a@$", kLongText},      // the rest is tried after every occurrence
-      {"[ab]@$", kLongText / 8},
-      {"(a)*$", kLongText / 8},
-      {"(b|a)+$", kLongText / 8},
+  struct Case { char const *pattern; size_t size; } const cases[] = {
+      {"a*", kLongText}, {"a+a$", kLongText}, {".+$", kLongText},
+      {"a*a", kLongText},  // the last occurrence is given back
+      {"a@$", kLongText},  // the rest is tried after every occurrence
+      {"[ab]@$", kLongText / 8}, {"(a)*$", kLongText / 8}, {"(b|a)+$", kLongText / 8},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.pattern);
-    char const *const tail = text.c_str() + (kLongText - c.size);
-    Found found;
-    runOnSmallStack([&] { found.offset = SYS_StrPattern(c.pattern).Match(tail, &found.length); });
-    EXPECT_EQ(found.offset, 0);
-    EXPECT_EQ(found.length, static_cast<int>(c.size));
+    std::pair<int, int> found;
+    runOnSmallStack([&] { found = match(c.pattern, text.c_str() + (kLongText - c.size)); });
+    EXPECT_EQ(found, std::make_pair(0, static_cast<int>(c.size)));
   }
 }
 
@@ -81,23 +82,18 @@ TEST(StrPatternLongText, RepetitionsOverOneRepeatedCharacter) {
 // through runs of equal steps, far from where they were taken.
 TEST(StrPatternLongText, GivesBackOccurrencesOfMixedWidths) {
   std::string text;
-  text.reserve(kLongText / 16 + 8);
   while (text.size() < kLongText / 16) text += "a\xC3\xA9" "bb\xC3\xA9";
   std::string const withTail = text + "xyz";
   int const size = static_cast<int>(text.size());
-  Found all, backToX, backToE;
+  std::pair<int, int> all, backToX, backToE;
   runOnSmallStack([&] {
-    all.offset = SYS_StrPattern(".*").Match(text.c_str(), &all.length);
-    backToX.offset = SYS_StrPattern(".*x").Match(withTail.c_str(), &backToX.length);
-    // Given back over "xyz" and the last "é" (two bytes in one step).
-    backToE.offset = SYS_StrPattern("a.*éxyz").Match(withTail.c_str(), &backToE.length);
+    all = match(".*", text.c_str());
+    backToX = match(".*x", withTail.c_str());
+    backToE = match("a.*éxyz", withTail.c_str());  // given back over "xyz", then "é" as one step
   });
-  EXPECT_EQ(all.offset, 0);
-  EXPECT_EQ(all.length, size);
-  EXPECT_EQ(backToX.offset, 0);
-  EXPECT_EQ(backToX.length, size + 1);
-  EXPECT_EQ(backToE.offset, 0);
-  EXPECT_EQ(backToE.length, size + 3);
+  EXPECT_EQ(all, std::make_pair(0, size));
+  EXPECT_EQ(backToX, std::make_pair(0, size + 1));
+  EXPECT_EQ(backToE, std::make_pair(0, size + 3));
 }
 
 // Thousands of alternatives are tried one after another, not one inside the other, and the
@@ -105,18 +101,15 @@ TEST(StrPatternLongText, GivesBackOccurrencesOfMixedWidths) {
 TEST(StrPatternLongText, LongAlternations) {
   std::string pattern;
   for (int i = 0; i < 20000; ++i) pattern += (i ? "|n" : "n") + std::to_string(i);
-  std::string const text = "x n19999 y";
   SYS_String names;
   for (int i = 0; i < 100; ++i) names += ("n" + std::to_string(i * 199) + " ").c_str();
-  Found single;
+  std::pair<int, int> single;
   int replaced = 0;
   runOnSmallStack([&] {
-    SYS_StrPattern const p(pattern.c_str());
-    single.offset = p.Match(text.c_str(), &single.length);
-    replaced = p.Substitute(names, "N", 0);
+    single = match(pattern, "x n19999 y");
+    replaced = SYS_StrPattern(pattern.c_str()).Substitute(names, "N", 0);
   });
-  EXPECT_EQ(single.offset, 2);
-  EXPECT_EQ(single.length, 6);
+  EXPECT_EQ(single, std::make_pair(2, 6));
   EXPECT_EQ(replaced, 100);
   EXPECT_EQ(names.GetLength(), 200);  // every name replaced whole: "N " each
 }
@@ -134,51 +127,25 @@ TEST(StrPatternLongText, SubstituteEveryCharacter) {
 // Nesting along one path is capped at 1000 (repetitions, alternations and groups all
 // count), which bounds the matcher's recursion; the deepest accepted patterns still match.
 TEST(StrPatternLongText, NestingDepthLimit) {
-  auto repeat = [](char const *piece, int times) {
-    std::string s;
-    for (int i = 0; i < times; ++i) s += piece;
-    return s;
-  };
-  struct Case {
-    std::string pattern;
-    bool compiles;
-  } const cases[] = {
-      {repeat("a?", 1000), true},
-      {repeat("a?", 1001), false},
-      {repeat("(", 1000) + "a" + repeat(")", 1000), true},
+  std::string const as(1000, 'a'), asThenB = as + "b";
+  struct Case { std::string pattern; bool compiles; char const *text = nullptr; std::pair<int, int> found{}; };
+  Case const cases[] = {
+      {repeat("a?", 1000), true, as.c_str(), {0, 1000}}, {repeat("a?", 1001), false},
+      {repeat("(", 1000) + "a" + repeat(")", 1000), true, "ba", {1, 1}},
       {repeat("(", 1001) + "a" + repeat(")", 1001), false},
-      {repeat("(a|b)", 500), true},   // each is a group and an alternation
+      {repeat("(a|b)", 500), true, asThenB.c_str(), {0, 500}},  // each is a group and an alternation
       {repeat("(a|b)", 501), false},
       {"(" + repeat("a?", 998) + "|" + repeat("b?", 998) + ")", true},  // alternatives do not add up
       {"(" + repeat("a?", 999) + "|" + repeat("b?", 999) + ")", false},
-      {repeat("a?", 499) + "(" + repeat("b?", 499) + ")", true},         // a sequence does
+      {repeat("a?", 499) + "(" + repeat("b?", 499) + ")", true},  // a sequence does
       {repeat("a?", 500) + "(" + repeat("b?", 500) + ")", false},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.pattern.substr(0, 30) + "... of " + std::to_string(c.pattern.size()));
-    SYS_StrPattern const p(c.pattern.c_str());
-    EXPECT_EQ(*static_cast<char const *>(p) != '\0', c.compiles);
+    EXPECT_EQ(*static_cast<char const *>(SYS_StrPattern(c.pattern.c_str())) != '\0', c.compiles);
+    if (c.text == nullptr) continue;
+    std::pair<int, int> found;
+    runOnSmallStack([&] { found = match(c.pattern, c.text); }, kDeepStack);  // the deepest patterns still match
+    EXPECT_EQ(found, c.found);
   }
-
-  // The deepest patterns run on a 1 MiB stack (4 MiB for the sanitizers' larger frames).
-  std::string const as(1000, 'a');
-#if defined(__SANITIZE_ADDRESS__)
-  size_t const stack = size_t{4} << 20;
-#else
-  size_t const stack = size_t{1} << 20;
-#endif
-  Found optional, nested, alternations;
-  runOnSmallStack(
-      [&] {
-        optional.offset = SYS_StrPattern(repeat("a?", 1000).c_str()).Match(as.c_str(), &optional.length);
-        nested.offset = SYS_StrPattern((repeat("(", 1000) + "a" + repeat(")", 1000)).c_str()).Match("ba", &nested.length);
-        alternations.offset = SYS_StrPattern(repeat("(a|b)", 500).c_str()).Match((as + "b").c_str(), &alternations.length);
-      },
-      stack);
-  EXPECT_EQ(optional.offset, 0);
-  EXPECT_EQ(optional.length, 1000);
-  EXPECT_EQ(nested.offset, 1);
-  EXPECT_EQ(nested.length, 1);
-  EXPECT_EQ(alternations.offset, 0);
-  EXPECT_EQ(alternations.length, 500);
 }

@@ -67,7 +67,7 @@ TEST(NaturalCompare, Order) {
   struct Case { char const *a, *b; int sign; } cases[] = {
       {"file9", "file10", -1}, {"a007b", "a7b", 0}, {"abc", "abd", -1}, {"ab", "abc", -1}, {"ab$", "abc", 1},
       {"ab$", "ab", 1}, {"ab$", "ab$", 0}, {"R9", "R10", -1}, {"R10", "R100", -1}, {"C1.2", "C1.10", -1}, {"", "", 0},
-      {"", "a", -1}, {"U2a", "U2", 1}, {"7", "07", 0}, {"a", "\xC3\xA9", -1}, {"a", "\xC3\xA9", -1},
+      {"", "a", -1}, {"U2a", "U2", 1}, {"7", "07", 0},
       {"a", "\xC3\xA9", -1},  // unsigned bytes: 0xC3 is above every ASCII byte
       {"\xC3\xA9", "\xC3\xA3", 1},  // same lead byte, the whole character decides
       {"x99999999999999999999", "x100000000000000000000", -1},  // beyond 32 bits
