@@ -10,13 +10,8 @@
 #include <string>
 #include <vector>
 
-namespace {
-
 constexpr int N = SYS_Nowhere;
-
 typedef SCC_Array<int>::Iterator IntIterator;
-
-}  // namespace
 
 // An iterator on an element follows it; one just past the end follows the first run
 // (so it moves on a removal and when the elements are pulled down, but not on an
@@ -63,23 +58,32 @@ TEST(SccArrayIterator, FollowsItsElement) {
 }
 
 // Attach takes the lower bound for no position and connects; attaching to no array
-// keeps the index and stops following.
-TEST(SccArrayIterator, Attach) {
+// keeps the index and stops following. An iterator may die before its array, and an
+// array before its iterators, which are then left alive and unconnected.
+TEST(SccArrayIterator, AttachAndLifetimes) {
   SCC_Array<int> array;
   fillTens(array, -4, 4);
   IntIterator first(&array);
   EXPECT_EQ(first.GetIndex(), -4);
   EXPECT_EQ(first.GetArray(), &array);
-  EXPECT_TRUE(first.IsValid());
   IntIterator second;
   second.Attach(&array, 2);
   EXPECT_EQ(second.GetIndex(), 2);
   second.Attach(nullptr);
   EXPECT_FALSE(second.IsConnected());
-  EXPECT_EQ(second.GetIndex(), 2);
+  {
+    IntIterator shortLived(&array, 2);
+  }
   array.Insert(-4, 3);
   EXPECT_EQ(first.GetIndex(), -1);
   EXPECT_EQ(second.GetIndex(), 2);
+  {
+    SCC_Array<int> gone;
+    fillTens(gone, 0, 4);
+    second.Attach(&gone, 1);
+  }
+  EXPECT_FALSE(second.IsConnected());
+  EXPECT_EQ(second.GetIndex(), 1);
 }
 
 // A copy stands where the source stands but does not follow, with priority 0; an
@@ -90,11 +94,9 @@ TEST(SccArrayIterator, CopyAndAssignment) {
   IntIterator source(&array, 3);
   source.SetPriority(5);
   IntIterator copy(source);
-  EXPECT_EQ(copy.GetIndex(), 3);
   EXPECT_EQ(copy.GetArray(), &array);
   EXPECT_FALSE(copy.IsConnected());
   EXPECT_EQ(copy.GetPriority(), 0);
-
   IntIterator assigned;
   assigned = source;
   EXPECT_TRUE(assigned.IsConnected());
@@ -105,19 +107,17 @@ TEST(SccArrayIterator, CopyAndAssignment) {
   EXPECT_EQ(copy.GetIndex(), 3);
 }
 
-// Iterators and hooks are told by priority, the higher first, and among equal
-// priorities the one connected last first.
+// The array connects iterators and hooks by priority, the higher told first, and
+// among equal priorities the one connected last first.
 TEST(SccArrayIterator, NotifiedByPriority) {
   SCC_Array<int> array;
   fillTens(array, 0, 5);
   std::vector<std::string> order;
   ChangeLog low(0), high(7), lowLater(0);
-  low.m_Action = [&](int, SCC_ArrayParam *) { order.push_back("low"); };
-  high.m_Action = [&](int, SCC_ArrayParam *) { order.push_back("high"); };
-  lowLater.m_Action = [&](int, SCC_ArrayParam *) { order.push_back("low, later"); };
-  array.RegisterIterator(low);
-  array.RegisterIterator(high);
-  array.RegisterIterator(lowLater);
+  for (auto [log, name] : {std::pair{&low, "low"}, {&high, "high"}, {&lowLater, "low, later"}}) {
+    log->m_Action = [&order, name = name](int, SCC_ArrayParam *) { order.push_back(name); };
+    array.RegisterIterator(*log);
+  }
   array.Delete(0, 1);
   EXPECT_EQ(order, (std::vector<std::string>{"high", "low, later", "low"}));
 }
@@ -153,50 +153,23 @@ TEST(SccArrayIterator, ReachesElementsThroughTheArray) {
 // Without a parameter the notification is reported and the index stays, whatever
 // the code; codes other than 1 and 2 never move it.
 TEST(SccArrayIterator, NotificationGuards) {
-  for (int code : {1, 2, 3}) {
-    SCOPED_TRACE(code);
-    ReportSpy spy;
-    int index = 4;
-    EXPECT_EQ(OnSCCArrayIteratorNotification(code, nullptr, index), 0);
-    EXPECT_EQ(index, 4);
-    EXPECT_EQ(spy.Summary(), (std::vector<std::string>{"scc/scc: "}));
-  }
-  SCC_ArrayParam param{};
-  param.runFirstFrom = 0;
+  SCC_ArrayParam param{};  // the first run: 10 elements from 0 to 3
   param.runFirstTo = 3;
   param.runFirstCount = 10;
-  for (int code : {0, 3, 4, -1}) {
-    SCOPED_TRACE(code);
+  struct Case {
+    int code;
+    SCC_ArrayParam *param;
+    int index;
+  } const cases[] = {{1, nullptr, 4}, {2, nullptr, 4}, {3, nullptr, 4}, {0, &param, 4},
+                     {3, &param, 4},  {4, &param, 4},  {-1, &param, 4}, {1, &param, 7}};
+  for (auto const &c : cases) {
+    SCOPED_TRACE(std::to_string(c.code) + (c.param != nullptr ? " with a parameter" : " without one"));
+    ReportSpy spy;
     int index = 4;
-    OnSCCArrayIteratorNotification(code, &param, index);
-    EXPECT_EQ(index, 4);
+    EXPECT_EQ(OnSCCArrayIteratorNotification(c.code, c.param, index), 0);
+    EXPECT_EQ(index, c.index);
+    EXPECT_EQ(spy.Summary(), c.param != nullptr ? std::vector<std::string>{} : std::vector<std::string>{"scc/scc: "});
   }
-  int index = 4;
-  OnSCCArrayIteratorNotification(1, &param, index);
-  EXPECT_EQ(index, 7);
-}
-
-// An iterator may die before its array, and an array before its iterators, which are
-// then left alive and unconnected.
-TEST(SccArrayIterator, Lifetimes) {
-  SCC_Array<int> array;
-  fillTens(array, 0, 4);
-  ChangeLog log;
-  array.RegisterIterator(log);
-  {
-    IntIterator shortLived(&array, 2);
-  }
-  array.Delete(0, 1);
-  EXPECT_EQ(log.Codes(), (std::vector<int>{2}));
-
-  IntIterator survivor;
-  {
-    SCC_Array<int> gone;
-    fillTens(gone, 0, 4);
-    survivor.Attach(&gone, 1);
-  }
-  EXPECT_FALSE(survivor.IsConnected());
-  EXPECT_EQ(survivor.GetIndex(), 1);
 }
 
 // A handler may move an iterator's array along during its own notification: the

@@ -61,12 +61,6 @@ struct Standing {
   bool onePast;
 };
 
-template <class T>
-T const &slot(SCC_Array<T> &array, int index) {
-  auto *const buffer = static_cast<typename SCC_Array<T>::Buffer *>(array.GetData());
-  return buffer->m_Elements[index - buffer->m_AllocLower];
-}
-
 /// Compares an array with the model without touching it through CheckArray.
 template <class T>
 void expectMatches(SCC_Array<T> &array, Model const &model, char const *what) {
@@ -78,13 +72,13 @@ void expectMatches(SCC_Array<T> &array, Model const &model, char const *what) {
   }
   ASSERT_EQ(array.GetLowerBound(), model.lower);
   ASSERT_EQ(array.GetUpperBound(), model.Upper());
-  _SCC_ArrayBuffer const &b = *array.GetData();
+  auto const &b = *static_cast<typename SCC_Array<T>::Buffer *>(array.GetData());
   ASSERT_LE(b.m_AllocLower, b.m_Lower);
   ASSERT_LE(b.m_Upper, b.m_AllocUpper);
   for (int i = model.lower; i < model.Upper(); ++i) {
     Element const &e = model.elements[i - model.lower];
     if (e.known) {
-      ASSERT_EQ(valueOf(slot(array, i)), e.value) << "at index " << i;
+      ASSERT_EQ(valueOf(b.m_Elements[i - b.m_AllocLower]), e.value) << "at index " << i;
     }
   }
 }
@@ -119,60 +113,42 @@ void runAgainstModel(unsigned seed, int steps) {
     }
     std::string op;
     int expectedCode = 0;  // the notification the step raises, 0 for none of 1 and 2
-    int onePastShift = 0;     // how far an iterator one past the end moves
+    int onePastShift = 0;  // how far an iterator one past the end moves
 
     int const choice = pick(0, 99);
     if (choice < 30) {
-      int const index = n > 0 ? pick(lo - 12, hi + 12) : pick(-12, 12);
+      int const index = pick(lo - 12, hi + 12);  // an empty model stands at 0
       int const value = nextValue++;
       op = "write " + std::to_string(index);
       array[index] = value;
-      if (model.Empty()) {
-        model.SetBounds(index >= 0 ? 0 : index, index >= 0 ? index + 1 : 0);
-      } else if (index >= hi) {
-        model.SetBounds(lo, index + 1);
-      } else if (index < lo) {
-        model.SetBounds(index, hi);
-      }
+      model.SetBounds(std::min(index, lo), std::max(index + 1, hi));
       Element &e = model.elements[index - model.lower];
       e.known = true;
       e.value = value;
     } else if (choice < 55) {
-      int const index = n > 0 ? pick(lo - 10, hi + 10) : pick(-10, 10);
+      int const index = pick(lo - 10, hi + 10);
       int const count = pick(-7, 7);
       op = "Insert(" + std::to_string(index) + ", " + std::to_string(count) + ")";
       array.Insert(index, count);
       int const end = index + count;
-      if (model.Empty()) {
-        if (count != 0) {
-          model.SetBounds(std::min(index, end), std::max(index, end));
-          expectedCode = 1;
-        }
-      } else if (index >= lo && index < hi) {
-        if (count != 0) {
-          std::vector<Element> block;
-          for (int k = 0; k < std::abs(count); ++k) block.push_back(model.Fresh());
-          model.elements.insert(model.elements.begin() + (index - lo), block.begin(), block.end());
-          if (count < 0) model.lower += count;
-          expectedCode = 1;
-        }
-      } else if (index < lo) {
-        int const newLower = std::min(index, end);
-        int const start = end > lo ? end : lo;  // where the old elements begin
-        std::vector<Element> next;
-        for (int i = newLower; i < start; ++i) next.push_back(model.Fresh());
-        next.insert(next.end(), model.elements.begin(), model.elements.end());
-        model.lower = newLower;
-        model.elements = std::move(next);
-        expectedCode = 1;
+      bool const inside = index >= lo && index < hi;  // never for an empty model
+      expectedCode = count != 0 || (n > 0 && !inside) ? 1 : 0;
+      if (n == 0) {
+        if (count != 0) model.SetBounds(std::min(index, end), std::max(index, end));
+      } else if (inside) {
+        for (int k = 0; k < std::abs(count); ++k)
+          model.elements.insert(model.elements.begin() + (index - lo), model.Fresh());
+        if (count < 0) model.lower += count;
+      } else if (index < lo) {  // fresh elements up to the block's end or the old lower bound
+        for (int i = std::min(index, end); i < std::max(end, lo); ++i)
+          model.elements.insert(model.elements.begin(), model.Fresh());
+        model.lower = std::min(index, end);
       } else {
-        int const newUpper = std::max(index, end);
-        if (end < hi) {
+        if (end < hi) {  // the elements are pulled down to end at the block
           model.lower = end - n;
           onePastShift = end - hi;
         }
-        while (model.Upper() < newUpper) model.elements.push_back(model.Fresh());
-        expectedCode = 1;
+        while (model.Upper() < std::max(index, end)) model.elements.push_back(model.Fresh());
       }
     } else if (choice < 80) {
       int const index = n > 0 ? pick(lo - 2, hi + 2) : pick(-3, 3);
@@ -182,14 +158,15 @@ void runAgainstModel(unsigned seed, int steps) {
       int const end = index + count;
       if (count != 0 && n > 0 && index >= lo && index < hi && end >= lo && end <= hi) {
         int const from = std::min(index, end);
-        model.elements.erase(model.elements.begin() + (from - lo), model.elements.begin() + (from - lo) + std::abs(count));
+        auto const first = model.elements.begin() + (from - lo);
+        model.elements.erase(first, first + std::abs(count));
         if (count < 0) model.lower -= count;
         if (model.Empty()) model.lower = 0;
         onePastShift = count > 0 ? -count : 0;
         expectedCode = 2;
       }
     } else if (choice < 90) {
-      int const newLower = (n > 0 ? lo : 0) + pick(-15, 15);
+      int const newLower = lo + pick(-15, 15);
       int const newUpper = newLower + pick(-3, 30);
       op = "ChangeBounds(" + std::to_string(newLower) + ", " + std::to_string(newUpper) + ")";
       array.ChangeBounds(newLower, newUpper);
@@ -218,16 +195,12 @@ void runAgainstModel(unsigned seed, int steps) {
       int expected = was.index;
       if (expectedCode == -2) {
         expected = was.index == 0 ? 0 : SYS_Nowhere;
+      } else if (expectedCode != 0 && was.elementId != 0) {
+        expected = model.IndexOf(was.elementId);
+      } else if (expectedCode != 0 && was.onePast) {
+        expected = was.index + onePastShift;
       } else if (expectedCode == 2) {
-        expected = was.elementId != 0 ? model.IndexOf(was.elementId)
-                   : was.onePast      ? was.index + onePastShift
-                                      : SYS_Nowhere;
-      } else if (expectedCode == 1) {
-        if (was.elementId != 0) {
-          expected = model.IndexOf(was.elementId);
-        } else if (was.onePast) {
-          expected = was.index + onePastShift;
-        }
+        expected = SYS_Nowhere;
       }
       ASSERT_EQ(iterators[k].GetIndex(), expected) << "iterator " << k << " from " << was.index;
     }
@@ -235,8 +208,7 @@ void runAgainstModel(unsigned seed, int steps) {
     // Now and then an iterator moves somewhere else, possibly outside the bounds.
     if (pick(0, 9) == 0) {
       int const k = pick(0, kIterators - 1);
-      int const target = model.Empty() ? pick(-3, 3) : pick(model.lower - 3, model.Upper() + 3);
-      iterators[k].SetIndex(target);
+      iterators[k].SetIndex(pick(model.lower - 3, model.Upper() + 3));
     }
   }
 }

@@ -3,10 +3,10 @@
 #define BFC_TESTS_SCC_ARR_SUPPORT_H
 
 #include "scc_arr.h"
+#include "scc_shared.h"
 
+#include <array>
 #include <functional>
-#include <ostream>
-#include <string>
 #include <vector>
 
 /// A class element type that counts how many of it are alive. Its default value
@@ -24,6 +24,15 @@ struct Tracked {
   }
   ~Tracked() { --s_Live; }
 };
+
+/// A shared object that counts how many of it are alive, for arrays of holders.
+struct Part : SCC_SharedBuffer {
+  static inline int s_Alive = 0;
+  explicit Part(int n = 0) : number(n) { ++s_Alive; }
+  virtual ~Part() { --s_Alive; }
+  int number;
+};
+typedef SCC_SharedPointer<Part> PartRef;
 
 /// The slots an array's buffer holds (0 without one).
 inline int slotsOf(_SCC_Array &array) {
@@ -55,28 +64,14 @@ struct ChangeLog : SCC_EventHook<SCC_ArrayParam> {
   std::function<void(int, SCC_ArrayParam *)> m_Action;
 };
 
-/// The eleven fields of a parameter as one comparable record, `array` as a flag.
-struct ParamFields {
-  int index, count, hasArray, runFirstFrom, runFirstTo, runFirstCount, runLastFrom, runLastTo, runLastCount,
-      removedFrom, removedCount;
-  bool operator==(ParamFields const &o) const {
-    return index == o.index && count == o.count && hasArray == o.hasArray && runFirstFrom == o.runFirstFrom &&
-           runFirstTo == o.runFirstTo && runFirstCount == o.runFirstCount && runLastFrom == o.runLastFrom &&
-           runLastTo == o.runLastTo && runLastCount == o.runLastCount && removedFrom == o.removedFrom &&
-           removedCount == o.removedCount;
-  }
-};
+/// The eleven fields of a parameter as one comparable record, in declaration order:
+/// index, count, array (1 when it is the expected array), the first run's from, to
+/// and count, the last run's from, to and count, removedFrom and removedCount.
+typedef std::array<int, 11> ParamFields;
 
 inline ParamFields fieldsOf(SCC_ArrayParam const &p, _SCC_Array const *array) {
   return ParamFields{p.index,       p.count,     p.array == array, p.runFirstFrom, p.runFirstTo, p.runFirstCount,
                      p.runLastFrom, p.runLastTo, p.runLastCount,   p.removedFrom,  p.removedCount};
-}
-
-inline std::ostream &operator<<(std::ostream &out, ParamFields const &p) {
-  return out << "{index " << p.index << ", count " << p.count << ", array " << p.hasArray << ", first "
-             << p.runFirstFrom << "->" << p.runFirstTo << " x" << p.runFirstCount << ", last " << p.runLastFrom
-             << "->" << p.runLastTo << " x" << p.runLastCount << ", removed " << p.removedFrom << " x"
-             << p.removedCount << "}";
 }
 
 inline int valueOf(int value) { return value; }
@@ -88,6 +83,13 @@ std::vector<int> contentsOf(Array &array) {
   std::vector<int> out;
   for (int i = array.GetLowerBound(); i < array.GetUpperBound(); ++i) out.push_back(valueOf(array[i]));
   return out;
+}
+
+/// Gives `array` the bounds of `values` from `lower` and writes them.
+template <class Array>
+void load(Array &array, int lower, std::vector<int> const &values) {
+  array.ChangeBounds(lower, lower + static_cast<int>(values.size()));
+  for (size_t k = 0; k < values.size(); ++k) array[lower + static_cast<int>(k)] = values[k];
 }
 
 /// An int array with the bounds [lower, upper) whose element i holds i * 10.
