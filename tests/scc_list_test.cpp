@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,10 @@ std::string names(SCC_RefDList const &list) {
   return forward;
 }
 
+void fill(SCC_RefDList &list, std::initializer_list<Named *> nodes) {
+  for (Named *node : nodes) list += *node;
+}
+
 struct Counted : SCC_DListNode<Counted> {
   explicit Counted(int value) : m_Value(value) { ++s_Alive; }
   ~Counted() { --s_Alive; }
@@ -49,46 +54,39 @@ std::vector<int> values(List const &list) {
 
 }  // namespace
 
-// A node leaving its list fixes the head and the tail wherever it stood.
+// A node leaving its list fixes the head and the tail wherever it stood. A node that
+// was only given a list (never linked) must not unlink anything when it changes again.
 TEST(SccRefDList, ChangeListFixesHeadAndTail) {
   struct Case {
-    char const *leaving;
+    int leaving;
     char const *remaining;
-  } const cases[] = {{"a", "b c "}, {"b", "a c "}, {"c", "a b "}};
+  } const cases[] = {{0, "b c "}, {1, "a c "}, {2, "a b "}};
   for (auto const &c : cases) {
     SCOPED_TRACE(c.leaving);
     SCC_RefDList list, other;
-    Named a("a"), b("b"), cc("c");
-    list += a;
-    list += b;
-    list += cc;
-    Named *leaving = c.leaving[0] == 'a' ? &a : c.leaving[0] == 'b' ? &b : &cc;
-    leaving->ChangeList(&other);
+    Named nodes[] = {Named("a"), Named("b"), Named("c")};
+    fill(list, {&nodes[0], &nodes[1], &nodes[2]});
+    Named &leaving = nodes[c.leaving];
+    leaving.ChangeList(&other);
     EXPECT_EQ(names(list), c.remaining);
-    EXPECT_EQ(leaving->GetList(), &other);
-    EXPECT_EQ(leaving->m_Next, nullptr);
-    EXPECT_EQ(leaving->m_Prev, nullptr);
+    EXPECT_EQ(leaving.GetList(), &other);
+    EXPECT_EQ(leaving.m_Next, nullptr);
+    EXPECT_EQ(leaving.m_Prev, nullptr);
     EXPECT_TRUE(list.IsValid());
   }
-  SCC_RefDList single;
-  Named only("only", &single);
+  SCC_RefDList single, list;
+  Named only("only", &single), a("a", &list), b("b", &list), loose("loose");
   only.ChangeList(nullptr);
   EXPECT_TRUE(single.IsEmpty());
   EXPECT_EQ(single.GetTail(), nullptr);
-}
-
-// A node that was only given a list (never linked) must not unlink anything when
-// it changes lists again.
-TEST(SccRefDList, ChangeListOfAnUnlinkedNodeLeavesTheListAlone) {
-  SCC_RefDList list;
-  Named a("a", &list), b("b", &list), loose("loose");
   loose.ChangeList(&list);
   loose.ChangeList(nullptr);
   EXPECT_EQ(names(list), "b a ");
 }
 
-// Each linking operation first takes the node out of the list it was in.
-TEST(SccRefDList, LinkingMovesNodesBetweenLists) {
+// Each linking operation first takes the node out of the list it was in; bad arguments
+// are reported and change nothing (without an assertion manager they return null).
+TEST(SccRefDList, LinkingMovesNodesAndRefusesBadArguments) {
   SCC_RefDList first, second;
   Named a("a"), b("b"), c("c");
   first.AddTail(&a);
@@ -104,13 +102,25 @@ TEST(SccRefDList, LinkingMovesNodesBetweenLists) {
   EXPECT_EQ(second.RemoveTail(), &c);
   EXPECT_EQ(names(second), "a ");
   EXPECT_EQ(b.GetList(), nullptr);
+
+  first += b;
+  EXPECT_EQ(second.AddHead(nullptr), nullptr);
+  EXPECT_EQ(second.AddTail(nullptr), nullptr);
+  EXPECT_EQ(second.Remove(nullptr), nullptr);
+  EXPECT_EQ(second.InsertBefore(nullptr, &c), nullptr);
+  EXPECT_EQ(second.InsertAfter(&b, &c), nullptr);  // b is in the other list
+  EXPECT_EQ(second.InsertBefore(&a, &a), nullptr);
+  EXPECT_EQ(second.InsertAfter(&a, nullptr), nullptr);
+  EXPECT_EQ(names(second), "a ");
+  EXPECT_EQ(names(first), "b ");
+  EXPECT_EQ(c.GetList(), nullptr);
   EXPECT_TRUE(first.IsValid());
   EXPECT_TRUE(second.IsValid());
 }
 
-// Copy-constructing a node that is in a list puts the copy just before its
-// source; assigning moves the target just before the source.
-TEST(SccRefDList, CopiesAndAssignmentsGoBeforeTheSource) {
+// Copy-constructing a node that is in a list puts the copy just before its source;
+// assigning moves the target just before the source. A destroyed node leaves its list.
+TEST(SccRefDList, NodeCopiesAssignmentsAndDestruction) {
   SCC_RefDList list, other;
   Named a("a", &list), b("b", &list);  // each added at the head: b a
   Named copy(a);
@@ -125,32 +135,20 @@ TEST(SccRefDList, CopiesAndAssignmentsGoBeforeTheSource) {
   EXPECT_EQ(names(list), "b a' a ");
   Named looseCopy(loose);
   EXPECT_EQ(looseCopy.GetList(), nullptr);
+  {
+    Named c("c", &list);
+    EXPECT_EQ(names(list), "c b a' a ");
+  }
+  EXPECT_EQ(names(list), "b a' a ");
 }
 
-// A destroyed node leaves its list; a destroyed list leaves its nodes listless.
-TEST(SccRefDList, DestructionUnlinksBothWays) {
-  SCC_RefDList list;
-  Named a("a", &list);
-  {
-    Named b("b", &list);
-    EXPECT_EQ(names(list), "b a ");
-  }
-  EXPECT_EQ(names(list), "a ");
-  Named c("c");
-  {
-    SCC_RefDList temporary;
-    temporary += c;
-  }
-  EXPECT_EQ(c.GetList(), nullptr);
-  EXPECT_EQ(c.m_Next, nullptr);
-}
-
-// Assignment takes over the other chain; the target's old nodes end in no list.
-TEST(SccRefDList, AssignmentTakesOverTheChain) {
+// Assignment takes over the other chain, leaving the target's old nodes in no list; so
+// do the copy constructor and Merge (to the tail, head first). A destroyed list leaves
+// its nodes listless.
+TEST(SccRefDList, ListsTakeOverChains) {
   SCC_RefDList target, source;
-  Named old("old", &target), a("a"), b("b");
-  source += a;
-  source += b;
+  Named old("old", &target), a("a"), b("b"), c("c"), d("d");
+  fill(source, {&a, &b});
   target = source;
   EXPECT_EQ(names(target), "a b ");
   EXPECT_TRUE(source.IsEmpty());
@@ -161,35 +159,21 @@ TEST(SccRefDList, AssignmentTakesOverTheChain) {
   SCC_RefDList moved(target);
   EXPECT_EQ(names(moved), "a b ");
   EXPECT_EQ(b.GetList(), &moved);
-}
 
-// Merge moves every node of the other list, head first, to the tail.
-TEST(SccRefDList, MergeAppendsInOrder) {
-  SCC_RefDList list, other;
-  Named a("a", &list), b("b", &other), c("c");
-  other += c;
-  list.Merge(other);
-  EXPECT_EQ(names(list), "a b c ");
-  EXPECT_TRUE(other.IsEmpty());
-  list.Merge(list);
-  EXPECT_EQ(names(list), "a b c ");
-}
-
-// Bad arguments are reported and change nothing; without an assertion manager
-// the operations return null and the lists stay valid.
-TEST(SccRefDList, BadArgumentsChangeNothing) {
-  SCC_RefDList list, other;
-  Named a("a", &list), b("b", &other), c("c");
-  EXPECT_EQ(list.AddHead(nullptr), nullptr);
-  EXPECT_EQ(list.AddTail(nullptr), nullptr);
-  EXPECT_EQ(list.Remove(nullptr), nullptr);
-  EXPECT_EQ(list.InsertBefore(nullptr, &c), nullptr);
-  EXPECT_EQ(list.InsertAfter(&b, &c), nullptr);  // b is in the other list
-  EXPECT_EQ(list.InsertBefore(&a, &a), nullptr);
-  EXPECT_EQ(list.InsertAfter(&a, nullptr), nullptr);
-  EXPECT_EQ(names(list), "a ");
-  EXPECT_EQ(names(other), "b ");
+  fill(source, {&c, &d});
+  moved.Merge(source);
+  EXPECT_EQ(names(moved), "a b c d ");
+  EXPECT_TRUE(source.IsEmpty());
+  EXPECT_TRUE(moved.IsValid());
+  moved.Merge(moved);
+  EXPECT_EQ(names(moved), "a b c d ");
+  {
+    SCC_RefDList temporary;
+    fill(temporary, {&c, &d});
+  }
   EXPECT_EQ(c.GetList(), nullptr);
+  EXPECT_EQ(c.m_Next, nullptr);
+  EXPECT_EQ(names(moved), "a b ");
 }
 
 // NotifyNodes returns the last result (0 for an empty list), tells nodes linked
@@ -209,9 +193,7 @@ TEST(SccRefDList, NotifyNodesWalksChangingLists) {
   EXPECT_EQ(list.NotifyNodes(4, &seen), 0);
 
   Reacting a("a"), b("bb"), c("c"), late("late");
-  list += a;
-  list += b;
-  list += c;
+  fill(list, {&a, &b, &c});
   a.m_Action = [&] { list.InsertAfter(&a, &late); };
   b.m_Action = [&] { elsewhere += b; };
   EXPECT_EQ(list.NotifyNodes(4, &seen), 5);  // c's result: 4 + 1
