@@ -1,5 +1,6 @@
 //===- tests/sys_arc_test.cpp - Circles, segments and arcs -------------===//
 #include "bfc.h"
+#include "tests/geom_print.h"
 
 #include <gtest/gtest.h>
 
@@ -12,11 +13,6 @@ struct ArcCase {
   long sx, sy, ex, ey, cx, cy, r;
   SYS_Arc arc() const { return SYS_Arc(SYS_Point(sx, sy), SYS_Point(ex, ey), SYS_Point(cx, cy), r); }
 };
-
-std::string str(SYS_Box const &b) {
-  return "(" + std::to_string(b.GetLeft()) + ", " + std::to_string(b.GetLower()) + ", " +
-         std::to_string(b.GetRight()) + ", " + std::to_string(b.GetUpper()) + ")";
-}
 
 constexpr long L = SYS_CoordLimit;
 
@@ -118,6 +114,6 @@ TEST(SysArc, Box) {
   for (auto const &c : cases) {
     SCOPED_TRACE(c.a.name);
     SYS_Box const b = c.a.arc().GetBox();
-    EXPECT_EQ(b, SYS_Box(c.l, c.lo, c.r, c.u)) << str(b);
+    EXPECT_EQ(b, SYS_Box(c.l, c.lo, c.r, c.u));
   }
 }

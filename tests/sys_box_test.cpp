@@ -1,5 +1,6 @@
 //===- tests/sys_box_test.cpp - Boxes: extents, unions, intersections, clipping -===//
 #include "bfc.h"
+#include "tests/geom_print.h"
 
 #include <gtest/gtest.h>
 
@@ -13,11 +14,6 @@ struct Coords {
 };
 
 SYS_Box box(Coords const &c) { return SYS_Box(c.l, c.lo, c.r, c.u); }
-
-std::string str(SYS_Box const &b) {
-  return "(" + std::to_string(b.GetLeft()) + ", " + std::to_string(b.GetLower()) + ", " +
-         std::to_string(b.GetRight()) + ", " + std::to_string(b.GetUpper()) + ")";
-}
 
 constexpr long L = SYS_CoordLimit;
 
@@ -63,7 +59,7 @@ TEST(SysBox, CenterAndGrowth) {
     SCOPED_TRACE(c.name);
     SYS_Box b = box(c.start);
     c.edit(b);
-    EXPECT_EQ(b, box(c.expected)) << str(b);
+    EXPECT_EQ(b, box(c.expected));
   }
 }
 
@@ -82,7 +78,7 @@ TEST(SysBox, CombineWithUndefinedBox) {
     SCOPED_TRACE(c.name);
     SYS_Box a = box(c.a);
     a.Combine(box(c.b));
-    EXPECT_EQ(a, box(c.expected)) << str(a);
+    EXPECT_EQ(a, box(c.expected));
   }
 }
 
@@ -98,7 +94,7 @@ TEST(SysBox, SetAsIntersection) {
     SCOPED_TRACE(c.name);
     SYS_Box r(7, 7, 7, 7);
     EXPECT_EQ(r.SetAsIntersection(a, box(c.b)), c.result);
-    EXPECT_EQ(r, box(c.expected)) << str(r);
+    EXPECT_EQ(r, box(c.expected));
     EXPECT_EQ(r.SetAsIntersection(box(c.b), a), c.result);  // symmetric
   }
   SYS_Box self(0, 0, 10, 10);  // the result may be one of the operands

@@ -5,6 +5,7 @@
 //
 //===------------------------------------------------------------------===//
 #include "bfc.h"
+#include "tests/geom_print.h"
 
 #include <gtest/gtest.h>
 
@@ -30,8 +31,6 @@ private:
   std::mt19937 m_engine;
 };
 
-std::string str(SYS_Point const &p) { return "(" + std::to_string(p.GetX()) + ", " + std::to_string(p.GetY()) + ")"; }
-std::string str(SYS_Box const &b) { return str(b.GetLowerLeft()) + "-" + str(b.GetUpperRight()); }
 
 /// A chain of one to four elementary transforms with at most one scale.
 SYS_Transform randomTransform(Draw &draw, std::string &recipe) {
@@ -83,7 +82,7 @@ TEST(SysGeomProperty, TransformThenInverseComesBack) {
     EXPECT_TRUE(t.GetMirror() || composed.GetOrientation() == 0) << composed.GetOrientation();
     for (int j = 0; j < 10; ++j) {
       SYS_Point const p = draw.point(100000000);
-      EXPECT_LE(farthest(composed + p, p), 1) << str(p);
+      EXPECT_LE(farthest(composed + p, p), 1);
       if (std::fabs(t.GetScale()) < 1.0) continue;  // lengths that shrink lose what rounding took
       EXPECT_LE(farthest(t - (t + p), p), 1) << str(p) << " one way and back";
     }
@@ -156,7 +155,7 @@ TEST(SysGeomProperty, ArcBoxHugsTheArc) {
         model.Increase(extreme.GetX(), extreme.GetY());
       }
     }
-    EXPECT_EQ(box, model) << str(box) << " expected " << str(model);
+    EXPECT_EQ(box, model) << str(box) << " expected ";
 
     // Dense samples lie inside (within the rounding of the ends) and reach every side.
     double nearest[4] = {1e300, 1e300, 1e300, 1e300};
@@ -165,7 +164,7 @@ TEST(SysGeomProperty, ArcBoxHugsTheArc) {
       double const a = start + direction * span * s / samples;
       double const x = center.GetX() + radius * std::cos(a), y = center.GetY() + radius * std::sin(a);
       ASSERT_TRUE(x >= box.GetLeft() - 1 && x <= box.GetRight() + 1 && y >= box.GetLower() - 1 && y <= box.GetUpper() + 1)
-          << "sample " << s << " (" << x << ", " << y << ") outside " << str(box);
+          << "sample " << s << " (" << x << ", " << y << ") outside ";
       double const gaps[4] = {x - box.GetLeft(), box.GetRight() - x, y - box.GetLower(), box.GetUpper() - y};
       for (int k = 0; k < 4; ++k) nearest[k] = std::min(nearest[k], gaps[k]);
     }

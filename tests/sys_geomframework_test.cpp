@@ -2,30 +2,16 @@
 #include "sys_geometry.h"
 #include "sys_geomnode.h"
 #include "sys_stdinterface.h"
+#include "tests/vtable_slot.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <climits>
-#include <cstdint>
-#include <cstring>
 #include <random>
 #include <vector>
 
 namespace {
-
-/// The virtual-table slot of a virtual member function (Itanium C++ ABI: the pointer holds
-/// 1 + the byte offset of the slot).
-template <class F>
-long slotOf(F function) {
-  struct Representation {
-    std::uintptr_t pointer;
-    std::ptrdiff_t adjustment;
-  } rep;
-  static_assert(sizeof(F) == sizeof(Representation), "a member function pointer is two words");
-  std::memcpy(&rep, &function, sizeof rep);
-  return static_cast<long>((rep.pointer - 1) / sizeof(void *));
-}
 
 std::vector<SYS_Handle> walk(SYS_StdInterface &cursor) {
   std::vector<SYS_Handle> handles;
@@ -110,18 +96,18 @@ TEST(StdInterface, DefaultSortIsTheSaturatedDifference) {
 // The host's overrides rely on the slot order: the cursor's eight operations, then the iterator's eight values.
 TEST(StdInterface, VirtualSlotsKeepTheirOrder) {
   long const slots[] = {
-      slotOf(&SYS_StdInterface::GetChangeEvent),     slotOf(&SYS_StdInterface::SetMaxHandle),
-      slotOf(&SYS_StdInterface::IsValid),            slotOf(&SYS_StdInterface::SetHandle),
-      slotOf(&SYS_StdInterface::GetHandle),          slotOf(&SYS_StdInterface::GetFirst),
-      slotOf(&SYS_StdInterface::GetNext),            slotOf(&SYS_StdInterface::OnUpdatePointers),
-      slotOf(&SYS_GeomIterator::GetObjectType),      slotOf(&SYS_GeomIterator::GetPointValue),
-      slotOf(&SYS_GeomIterator::GetDoublePointValue), slotOf(&SYS_GeomIterator::GetLocationValue),
-      slotOf(&SYS_GeomIterator::GetCircleValue),     slotOf(&SYS_GeomIterator::GetSegmentValue),
-      slotOf(&SYS_GeomIterator::GetArcValue),        slotOf(&SYS_GeomIterator::GetRectangleValue),
+      vtableSlot(&SYS_StdInterface::GetChangeEvent),     vtableSlot(&SYS_StdInterface::SetMaxHandle),
+      vtableSlot(&SYS_StdInterface::IsValid),            vtableSlot(&SYS_StdInterface::SetHandle),
+      vtableSlot(&SYS_StdInterface::GetHandle),          vtableSlot(&SYS_StdInterface::GetFirst),
+      vtableSlot(&SYS_StdInterface::GetNext),            vtableSlot(&SYS_StdInterface::OnUpdatePointers),
+      vtableSlot(&SYS_GeomIterator::GetObjectType),      vtableSlot(&SYS_GeomIterator::GetPointValue),
+      vtableSlot(&SYS_GeomIterator::GetDoublePointValue), vtableSlot(&SYS_GeomIterator::GetLocationValue),
+      vtableSlot(&SYS_GeomIterator::GetCircleValue),     vtableSlot(&SYS_GeomIterator::GetSegmentValue),
+      vtableSlot(&SYS_GeomIterator::GetArcValue),        vtableSlot(&SYS_GeomIterator::GetRectangleValue),
   };
   for (long i = 0; i < 16; ++i) EXPECT_EQ(slots[i], i) << "operation " << i << " in declaration order";
-  EXPECT_EQ(slotOf(&SYS_Geometry::GetGeometry), 0);
-  EXPECT_EQ(slotOf(&SYS_Geometry::IsValid), 1);
+  EXPECT_EQ(vtableSlot(&SYS_Geometry::GetGeometry), 0);
+  EXPECT_EQ(vtableSlot(&SYS_Geometry::IsValid), 1);
 }
 
 // A geometry iterator starts with maximum 0 and answers nothing, also for a host iterator that only walks.

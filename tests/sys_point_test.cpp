@@ -1,17 +1,12 @@
 //===- tests/sys_point_test.cpp - Integer and double points ------------===//
 #include "bfc.h"
+#include "tests/geom_print.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdint>
 #include <string>
-
-namespace {
-
-std::string str(SYS_Point const &p) { return "(" + std::to_string(p.GetX()) + ", " + std::to_string(p.GetY()) + ")"; }
-
-}  // namespace
 
 // Doubles become integers half away from zero; out-of-range and NaN give the 32-bit indefinite value, no UB.
 TEST(SysRounding, HalfAwayFromZero) {

@@ -1,13 +1,12 @@
 //===- tests/sys_transform_test.cpp - Transforms: setters, chains, inverses -===//
 #include "bfc.h"
+#include "tests/geom_print.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
 namespace {
-
-std::string str(SYS_Point const &p) { return "(" + std::to_string(p.GetX()) + ", " + std::to_string(p.GetY()) + ")"; }
 
 // One-setter transforms.
 SYS_Transform rotation(long x, long y, long angle) { SYS_Transform t; t.SetRotate({x, y}, angle); return t; }
