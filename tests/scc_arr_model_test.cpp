@@ -20,11 +20,7 @@
 namespace {
 
 /// One element of the model: who it is, and its value when the test wrote it.
-struct Element {
-  int id;
-  bool known;
-  int value;
-};
+struct Element { int id; bool known; int value; };
 
 /// The array as the rules describe it.
 struct Model {

@@ -286,10 +286,8 @@ TEST(SccArray, DeleteRemovesAndAnnouncesFirst) {
        {{1, -1, 1, 1, 1, 9, -1, 0, 0, 0, 1}}},
       {"everything upward", 0, 10, 0, {}, {{0, 10, 1, 10, 0, 0, -1, -1, 0, 0, 10}}},
       {"everything downward", 9, -9, 9, {90}, {{9, -9, 1, 9, 9, 1, -1, 8, 0, 0, 9}}},
-      {"past the upper bound", 8, 3, 0, all, {}},
-      {"below the lower bound", 0, -1, 0, all, {}},
-      {"index at the upper bound", 10, -1, 0, all, {}},
-      {"index below the lower bound", -1, 2, 0, all, {}},
+      {"past the upper bound", 8, 3, 0, all, {}}, {"below the lower bound", 0, -1, 0, all, {}},
+      {"index at the upper bound", 10, -1, 0, all, {}}, {"index below the lower bound", -1, 2, 0, all, {}},
       {"count 0", 4, 0, 0, all, {}},
   };
   for (auto const &c : cases) {

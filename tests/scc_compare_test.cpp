@@ -19,21 +19,11 @@ void *address(std::uintptr_t value) { return reinterpret_cast<void *>(value); }
 // The text hash weighs each sign-extended byte by position and a running power
 // of 6293815 in 32 bits; the values are the same in both data models.
 TEST(SccHash, TextHashValues) {
-  struct Case {
-    char const *text;
-    long n;
-    long expected;
-  } const cases[] = {
-      {"", 53, 0},
-      {"a", 2147483647, 610500055},
-      {"a", 53, 51},
-      {"ab", 53, 23},
-      {"ab", 1000003, 9312},
-      {"geom(12)", 53, 12},
-      {"geom(12)", 1000003, 293906},
+  struct Case { char const *text; long n; long expected; } const cases[] = {
+      {"", 53, 0}, {"a", 2147483647, 610500055}, {"a", 53, 51}, {"ab", 53, 23}, {"ab", 1000003, 9312},
+      {"geom(12)", 53, 12}, {"geom(12)", 1000003, 293906},
       {"\xc3\xa9", 1000003, 886182},  // bytes above 0x7F count as negative
-      {"\xff", 53, 30},
-      {"ABC", 53, 41},
+      {"\xff", 53, 30}, {"ABC", 53, 41},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(std::string(c.text) + " mod " + std::to_string(c.n));
@@ -86,11 +76,7 @@ TEST(SccHash, NoCaseAndDegenerateCounts) {
 // Integer keys: the key modulo n, plus n when negative; on LP64 keys wider than
 // 32 bits fold their halves.
 TEST(SccHash, IntegerKeys) {
-  struct Case {
-    long long key;
-    long n;
-    long expected;
-  } const cases[] = {
+  struct Case { long long key; long n; long expected; } const cases[] = {
       {-1, 53, 52}, {0, 53, 0}, {53, 53, 0}, {-53, 53, 0}, {106, 53, 0},
       {INT_MAX, 53, INT_MAX % 53}, {INT_MIN, 53, INT_MIN % 53 + 53}, {7, 1, 0}, {7, 0, 0}, {-7, -3, 0},
   };
@@ -125,10 +111,7 @@ TEST(SccHash, Addresses) {
 // Texts compare byte-wise as unsigned bytes; the result is -1, 0 or 1 and
 // reverses with the operands.
 TEST(SccCompare, Texts) {
-  struct Case {
-    char const *a, *b;
-    int sign;
-  } const cases[] = {
+  struct Case { char const *a, *b; int sign; } const cases[] = {
       {"", "", 0}, {"a", "", 1}, {"abc", "abd", -1}, {"\x80", "a", 1}, {"R10", "R9", -1}, {"ab", "abc", -1},
   };
   for (auto const &c : cases) {
@@ -145,10 +128,7 @@ TEST(SccCompare, Texts) {
 // Case-insensitive comparison returns the raw difference of the first differing
 // lowered bytes, as _stricmp does, and equality follows it.
 TEST(SccCompare, NoCaseIsTheRawLoweredDifference) {
-  struct Case {
-    char const *a, *b;
-    int result;
-  } const cases[] = {
+  struct Case { char const *a, *b; int result; } const cases[] = {
       {"ABC", "abc", 0}, {"a", "B", 'a' - 'b'}, {"abc", "ABD", 'c' - 'd'}, {"a", "", 'a'},
       {"[", "A", '[' - 'a'},  // lowered, so '[' sorts before letters
       {"\xc3\x89", "\xc3\xa9", 0x89 - 0xa9},
@@ -166,10 +146,7 @@ TEST(SccCompare, NoCaseIsTheRawLoweredDifference) {
 // Doubles: not-a-number compares equal to everything; otherwise numeric order.
 TEST(SccCompare, Doubles) {
   double const nan = std::nan("");
-  struct Case {
-    double a, b;
-    int sign;
-  } const cases[] = {
+  struct Case { double a, b; int sign; } const cases[] = {
       {1.0, 2.0, -1}, {2.0, 2.0, 0}, {-0.0, 0.0, 0}, {nan, 1.0, 0}, {nan, nan, 0}, {-1e300, 1e-300, -1},
   };
   for (auto const &c : cases) {

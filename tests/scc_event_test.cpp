@@ -72,11 +72,7 @@ TEST(SccEvent, PriorityOrderPutsLastOfEqualsFirst) {
 // Plain nodes rank above every hook: a hook goes in front of one only with the
 // top priority; appending always goes last.
 TEST(SccEvent, PlainNodesRankAboveHooks) {
-  struct Case {
-    char const *name;
-    int hookPriority;
-    Log expected;
-  } const cases[] = {
+  struct Case { char const *name; int hookPriority; Log expected; } const cases[] = {
       {"low hook after node", 0, {"node:1", "hook:1", "tail:1"}},
       {"negative hook after node", -7, {"node:1", "hook:1", "tail:1"}},
       {"top hook before node", 0x7FFFFFFF, {"hook:1", "node:1", "tail:1"}},
@@ -122,12 +118,7 @@ TEST(SccEvent, ConnectingLeavesThePreviousEvent) {
 // delivery. Each node is left either connected or alone, and the record is cleared.
 TEST(SccEventReentrancy, HandlersChangingTheEvent) {
   typedef std::function<void(SCC_Event<int> &, Probe &, Probe &, Probe &)> Setup;
-  struct Case {
-    char const *name;
-    Setup setup;
-    Log first, second;
-    int connected;
-  } const cases[] = {
+  struct Case { char const *name; Setup setup; Log first, second; int connected; } const cases[] = {
       {"b disconnects itself", [](auto &, auto &, auto &b, auto &) { b.m_Action = [&b](int) { b.Disconnect(); }; },
        {"a:1", "b:1", "c:1"}, {"a:1", "c:1"}, 2},
       {"a disconnects the next node", [](auto &, auto &a, auto &b, auto &) {

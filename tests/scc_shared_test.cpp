@@ -25,9 +25,7 @@ struct Label {
 struct LabelledPad : Label, Pad {};
 
 /// An object that holds a shared object as a member.
-struct Footprint {
-  Pad pad;
-};
+struct Footprint { Pad pad; };
 
 }  // namespace
 
@@ -36,16 +34,9 @@ struct Footprint {
 // for every address at which an object can start.
 TEST(SccSharedBuffer, AllocationMarkerIsNegativeAndUnique) {
   constexpr std::uintptr_t align = alignof(SCC_SharedBuffer);
-  struct Case {
-    char const *name;
-    std::uintptr_t address;
-  } const cases[] = {
-      {"null", 0},
-      {"first aligned", align},
-      {"below 2 GiB", 0x7FFFFFF0u},
-      {"2 GiB", 0x80000000u},
-      {"top of 4 GiB", 0xFFFFFFF0u & ~(align - 1)},
-      {"highest aligned address", UINTPTR_MAX & ~(align - 1)},
+  struct Case { char const *name; std::uintptr_t address; } const cases[] = {
+      {"null", 0}, {"first aligned", align}, {"below 2 GiB", 0x7FFFFFF0u}, {"2 GiB", 0x80000000u},
+      {"top of 4 GiB", 0xFFFFFFF0u & ~(align - 1)}, {"highest aligned address", UINTPTR_MAX & ~(align - 1)},
   };
   std::set<SYS_Handle> seen;
   for (auto const &c : cases) {
@@ -87,10 +78,7 @@ TEST(SccSharedBuffer, OtherObjectsAreNeverDeletedByHolders) {
   auto *const heapFootprint = new Footprint;  // an ordinary new: its pad is a member
   SCC_SharedPointer<Pad> alive(new Pad);      // a shared block given out last, alive
   Pad laterPad;
-  struct Case {
-    char const *name;
-    Pad *pad;
-  } const cases[] = {
+  struct Case { char const *name; Pad *pad; } const cases[] = {
       {"static", &staticPad}, {"stack", &stackPad},      {"member", &footprint.pad},
       {"member of a heap object", &heapFootprint->pad}, {"made after a shared block", &laterPad},
   };

@@ -59,16 +59,9 @@ std::vector<int> made(int size, std::function<int(int)> const &f) {
 // distinct values take quadratic time; that case stays small here.
 TEST(SccSortableArray, OrdersInBothDirections) {
   std::mt19937 random(61);
-  struct Case {
-    char const *name;
-    std::vector<int> values;
-  } const cases[] = {
-      {"one", {4}},
-      {"two", {4, -1}},
-      {"seven", {3, 1, 4, 1, 5, 9, 2}},
-      {"eight", {8, 7, 6, 5, 4, 3, 2, 1}},
-      {"nine", {9, 1, 8, 2, 7, 3, 6, 4, 5}},
-      {"all equal", std::vector<int>(40, 7)},
+  struct Case { char const *name; std::vector<int> values; } const cases[] = {
+      {"one", {4}}, {"two", {4, -1}}, {"seven", {3, 1, 4, 1, 5, 9, 2}}, {"eight", {8, 7, 6, 5, 4, 3, 2, 1}},
+      {"nine", {9, 1, 8, 2, 7, 3, 6, 4, 5}}, {"all equal", std::vector<int>(40, 7)},
       {"ascending", made(13, [](int i) { return i; })},
       {"organ pipe", made(100, [](int i) { return i < 50 ? i : 100 - i; })},
       {"random with repeats", made(1000, [&](int) { return static_cast<int>(random() % 200) - 100; })},
@@ -141,10 +134,7 @@ TEST(SccSortableArray, SameCallsAsTheUntypedSort) {
 namespace {
 
 /// A record sorted by its key alone; the tag tells equal keys apart.
-struct Keyed {
-  int key;
-  int tag;
-};
+struct Keyed { int key; int tag; };
 int byKey(Keyed const &a, Keyed const &b) { return a.key - b.key; }
 
 /// A class of its own, so its sort goes through the virtual Comp and Swap.
@@ -265,14 +255,8 @@ TEST(SccSortableArray, RangesAndTheirReports) {
   part.Sort(2, 5, 1);
   EXPECT_EQ(contentsOf(part), (std::vector<int>{9, 8, 3, 4, 5, 6, 7, 2, 1, 0}));
 
-  struct Case {
-    char const *name;
-    long first, count;
-    int direction;
-    int lower, upper;
-  } const cases[] = {
-      {"direction 0", 0, 4, 0, 0, 4},
-      {"first below the lower bound", -1, 3, 1, -1, 4},
+  struct Case { char const *name; long first, count; int direction; int lower, upper; } const cases[] = {
+      {"direction 0", 0, 4, 0, 0, 4}, {"first below the lower bound", -1, 3, 1, -1, 4},
       {"end past the upper bound", 2, 4, 1, 0, 6},
   };
   for (auto const &c : cases) {

@@ -12,9 +12,7 @@
 namespace {
 
 /// A record as the assertion manager keeps them: the stack holds plain pointers.
-struct Record {
-  int line;
-};
+struct Record { int line; };
 
 }  // namespace
 

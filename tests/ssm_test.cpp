@@ -131,10 +131,8 @@ TEST(SsmReport, DefaultsByType) {
 TEST(SsmReport, HandlersRaiseTheAction) {
   struct Case { char const *name; SSM::Action first, second; int outcome; } cases[] = {
       // outcome: 0 returns 0 and SSM_Throw throws, 1 returns 1, 2 throws the record, 3 fatal
-      {"continue", SSM::ActContinue, SSM::ActContinue, 1},
-      {"fail", SSM::ActFail, SSM::ActContinue, 0},
-      {"throw after fail", SSM::ActFail, SSM::ActThrow, 2},
-      {"fatal then throw", SSM::ActFatal, SSM::ActThrow, 3},
+      {"continue", SSM::ActContinue, SSM::ActContinue, 1}, {"fail", SSM::ActFail, SSM::ActContinue, 0},
+      {"throw after fail", SSM::ActFail, SSM::ActThrow, 2}, {"fatal then throw", SSM::ActFatal, SSM::ActThrow, 3},
       {"weaker is ignored", SSM::ActThrow, SSM::ActFail, 2},
       {"negative is weaker", static_cast<SSM::Action>(-1), SSM::ActContinue, 1},
   };

@@ -15,11 +15,7 @@
 namespace {
 
 /// An element's tag, attributes and text.
-struct Parsed {
-  std::string tag;
-  std::map<std::string, std::string> attr;
-  std::string text;
-};
+struct Parsed { std::string tag; std::map<std::string, std::string> attr; std::string text; };
 
 Parsed parse(std::string const &markup) {
   Parsed p;

@@ -9,9 +9,7 @@
 
 namespace {
 
-struct Coords {
-  long l, lo, r, u;
-};
+struct Coords { long l, lo, r, u; };
 
 SYS_Box box(Coords const &c) { return SYS_Box(c.l, c.lo, c.r, c.u); }
 

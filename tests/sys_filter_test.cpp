@@ -103,11 +103,7 @@ TEST(SysFilter, EmptyFilters) {
 
 // Both operands are always asked, the second first, even when the first answer decides.
 TEST(SysFilter, BothOperandsSecondFirst) {
-  struct Case {
-    char const *name;
-    int left, right;
-    bool isAnd;
-  } const cases[] = {
+  struct Case { char const *name; int left, right; bool isAnd; } const cases[] = {
       {"and, right is 0", 1, 0, true}, {"and, left is 0", 0, 1, true},
       {"or, right is 1", 0, 1, false}, {"or, left is 1", 1, 0, false},
   };

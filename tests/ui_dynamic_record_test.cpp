@@ -75,15 +75,8 @@ TEST(DynamicRecording, RejectedPolylines) {
   SYS_Point pts[] = {{0, 0}, {1, 1}};
   unsigned long counts[] = {2};
   unsigned long tooMany[] = {0x80000000UL};
-  struct Case {
-    char const *name;
-    SYS_Point *points;
-    unsigned long const *counts;
-    int n;
-  } const cases[] = {
-      {"negative count", pts, counts, -1},
-      {"null points", nullptr, counts, 1},
-      {"null counts", pts, nullptr, 1},
+  struct Case { char const *name; SYS_Point *points; unsigned long const *counts; int n; } const cases[] = {
+      {"negative count", pts, counts, -1}, {"null points", nullptr, counts, 1}, {"null counts", pts, nullptr, 1},
       {"a count past 32 signed bits", pts, tooMany, 1},
   };
   for (auto const &c : cases) {
@@ -99,16 +92,11 @@ TEST(DynamicRecording, RejectedPolylines) {
 // A text keeps at most 1,023 bytes, cut before a character that would not fit whole, and
 // always its terminating 0; the surface measures the text as recorded.
 TEST(DynamicRecording, LongTextIsCut) {
-  struct Case {
-    char const *name;
-    std::string text;
-    std::string kept;
-  } const cases[] = {
+  struct Case { char const *name; std::string text; std::string kept; } const cases[] = {
       {"1,023 bytes fit", std::string(1023, 'a'), std::string(1023, 'a')},
       {"1,024 bytes lose one", std::string(1024, 'b'), std::string(1023, 'b')},
       {"2,000 bytes", std::string(2000, 'c'), std::string(1023, 'c')},
-      {"a two-byte character across the limit", std::string(1022, 'd') + "\xC3\xA9" + "e",
-       std::string(1022, 'd')},
+      {"a two-byte character across the limit", std::string(1022, 'd') + "\xC3\xA9" + "e", std::string(1022, 'd')},
       {"a two-byte character ending at the limit", std::string(1021, 'f') + "\xC3\xA9" + "g",
        std::string(1021, 'f') + "\xC3\xA9"},
       {"an invalid byte is a character of its own", std::string(1022, 'h') + "\xC3" + "ij",

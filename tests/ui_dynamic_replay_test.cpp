@@ -60,17 +60,10 @@ TEST(DynamicReplay, OrderAndPenModeRestore) {
 // An oval or arc narrower or lower than 2 pixels is drawn as its box outline or its chord;
 // from 2 by 2 pixels on, as an oval or an arc.
 TEST(DynamicReplay, TwoPixelRule) {
-  struct Case {
-    char const *name;
-    SYS_Box box;
-    bool full;
-  } const cases[] = {
-      {"1 pixel wide", SYS_Box(0, 0, 19, 100), false},
-      {"1 pixel high", SYS_Box(0, 0, 100, 10), false},
-      {"exactly 2 by 2 pixels", SYS_Box(0, 0, 20, 20), true},
-      {"2.9 pixels count as 2", SYS_Box(0, 0, 29, 100), true},
-      {"a point", SYS_Box(5, 5, 5, 5), false},
-      {"large", SYS_Box(-1000, -1000, 1000, 1000), true},
+  struct Case { char const *name; SYS_Box box; bool full; } const cases[] = {
+      {"1 pixel wide", SYS_Box(0, 0, 19, 100), false}, {"1 pixel high", SYS_Box(0, 0, 100, 10), false},
+      {"exactly 2 by 2 pixels", SYS_Box(0, 0, 20, 20), true}, {"2.9 pixels count as 2", SYS_Box(0, 0, 29, 100), true},
+      {"a point", SYS_Box(5, 5, 5, 5), false}, {"large", SYS_Box(-1000, -1000, 1000, 1000), true},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.name);
@@ -109,26 +102,17 @@ TEST(DynamicReplay, NotificationCodes) {
 // Words that are no command are skipped one by one; a command cut short by the end of the
 // list, or whose counts cannot be read whole, ends the walk; the pen mode is restored.
 TEST(DynamicReplay, MalformedLists) {
-  struct Case {
-    char const *name;
-    std::vector<int32_t> words;
-    Log drawn;
-  } const cases[] = {
+  struct Case { char const *name; std::vector<int32_t> words; Log drawn; } const cases[] = {
       {"unknown words", {10, -1, 0, 4}, {"PenColor(4)"}},
-      {"a known code as operand of an unknown one", {42, 1, 7}, {"PenSize(7)"}},
-      {"pen colour cut short", {0}, {}},
-      {"box cut short", {0, 1, 2, 1, 2, 3}, {"PenColor(1)"}},
-      {"fill without its colour", {4, 0, 0, 1, 1}, {}},
-      {"line cut short", {6, 0, 0, 1, 1, 1}, {}},
-      {"arc cut short", {7, 0, 0, 1, 1, 1, 1, 1, 1, 1}, {}},
+      {"a known code as operand of an unknown one", {42, 1, 7}, {"PenSize(7)"}}, {"pen colour cut short", {0}, {}},
+      {"box cut short", {0, 1, 2, 1, 2, 3}, {"PenColor(1)"}}, {"fill without its colour", {4, 0, 0, 1, 1}, {}},
+      {"line cut short", {6, 0, 0, 1, 1, 1}, {}}, {"arc cut short", {7, 0, 0, 1, 1, 1, 1, 1, 1, 1}, {}},
       {"text longer than the list", {5, 0, 0, 0, 0, 3, 97, 0}, {}},
       {"text with a negative length", {5, 0, 0, 0, 0, -1, 0, 0}, {}},
       {"text without its 0 gets one", {5, 0, 0, 0, 0, 2, 97, 98}, {"DrawXorTextAt(ab,0,0,0,0,1)"}},
       {"text with an early 0", {5, 0, 0, 0, 0, 3, 97, 0, 98, 0, 1}, {"DrawXorTextAt(a,0,0,0,0,1)", "PenColor(1)"}},
-      {"polylines cut short", {9, 1, 2, 0, 0, 1}, {}},
-      {"polylines with a negative count", {9, 1, -1, 0, 0}, {}},
-      {"polylines with a negative n", {9, -1, 0, 1}, {}},
-      {"polylines: counts past the end", {9, 3, 1}, {}},
+      {"polylines cut short", {9, 1, 2, 0, 0, 1}, {}}, {"polylines with a negative count", {9, 1, -1, 0, 0}, {}},
+      {"polylines with a negative n", {9, -1, 0, 1}, {}}, {"polylines: counts past the end", {9, 3, 1}, {}},
       {"a whole command after garbage", {99, 2, 1, 2, 3, 4}, {"DrawXorBox(1,2,3,4)"}},
   };
   for (auto const &c : cases) {
