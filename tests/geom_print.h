@@ -9,7 +9,9 @@
 #include <string>
 
 /// "(x, y)".
-inline std::string str(SYS_Point const &p) { return "(" + std::to_string(p.GetX()) + ", " + std::to_string(p.GetY()) + ")"; }
+inline std::string str(SYS_Point const &p) {
+  return "(" + std::to_string(p.GetX()) + ", " + std::to_string(p.GetY()) + ")";
+}
 
 /// "(left, lower, right, upper)", the order of the box's constructor.
 inline std::string str(SYS_Box const &b) {

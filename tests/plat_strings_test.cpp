@@ -184,19 +184,22 @@ TEST(Tr, LiteralsAndUnknownNumbers) {
   EXPECT_EQ(trTexts({-1, 0, 45103, 65535, 65536, INT_MAX, INT_MIN}), "||||||");
 }
 
-// A line is number, blanks, text; comments, blank lines, a byte-order mark and CRs are ignored; escapes work.
+// A line is number, blanks, text; comments, blank lines, a byte-order mark and CRs are ignored; escapes work,
+// hexadecimal digits in either case.
 TEST(StringFile, Format) {
   RunTimeTableReset const reset;
   TempDirectory const dir;
   std::string const path = dir.file("format.strings",
                                     "\xEF\xBB\xBF" "1 first\n  # a comment\n\n2\t\t tabbed text  \n"
                                     "3 two\\nlines and a \\t tab\n4 \\x20leading space and a back\\\\slash\n"
-                                    "5\n6 windows\r\n  7 indented # not a comment\n08 leading zero\n65535 last");
+                                    "9 \\xc3\\xa9\\x4a\\x6B\\xAa\n5\n"
+                                    "6 windows\r\n  7 indented # not a comment\n08 leading zero\n65535 last");
   SYS_String error;
   ASSERT_EQ(PLAT_RegisterStringFile(path.c_str(), &error), 1) << text(error);
   struct Case { int id; char const *text; } cases[] = {
       {1, "first"}, {2, "tabbed text  "}, {3, "two\nlines and a \t tab"}, {4, " leading space and a back\\slash"},
-      {5, ""}, {6, "windows"}, {7, "indented # not a comment"}, {8, "leading zero"}, {65535, "last"},
+      {5, ""}, {6, "windows"}, {7, "indented # not a comment"}, {8, "leading zero"},
+      {9, "\xC3\xA9Jk\xAA"}, {65535, "last"},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.id);
@@ -235,7 +238,10 @@ TEST(StringFile, BadLinesRejectTheFile) {
   SYS_String error;
   EXPECT_EQ(PLAT_RegisterStringFile(dir.path.c_str(), &error), 0);
   EXPECT_NE(text(error).find("cannot be read"), std::string::npos) << text(error);
-  EXPECT_EQ(PLAT_RegisterStringFile(nullptr, &error), 0);
-  EXPECT_EQ(PLAT_RegisterStringFile("", &error), 0);
+  for (char const *unnamed : {static_cast<char const *>(nullptr), ""}) {
+    error = "";
+    EXPECT_EQ(PLAT_RegisterStringFile(unnamed, &error), 0);
+    EXPECT_EQ(text(error), "no string file was named");
+  }
   EXPECT_EQ(text(TR(1)), "kept");
 }

@@ -117,3 +117,18 @@ TEST(SysArc, Box) {
     EXPECT_EQ(b, SYS_Box(c.l, c.lo, c.r, c.u));
   }
 }
+
+// Equal ends box the whole circle: the walk from the start meets every extreme before it
+// comes back, whichever compass or octant point it starts from, in either direction.
+TEST(SysArc, EqualEndsBoxTheWholeCircle) {
+  SYS_Point const starts[] = {{-10, 0}, {-6, 8}, {-6, -8}, {0, 10}, {0, -10}, {10, 0}, {6, 8}, {6, -8}};
+  for (SYS_Point const &p : starts)
+    for (long r : {10L, -10L}) {
+      SCOPED_TRACE(str(p) + " r " + std::to_string(r));
+      EXPECT_EQ(SYS_Arc(p, p, SYS_Point(0, 0), r).GetBox(), SYS_Box(-10, -10, 10, 10));
+    }
+  // Angles are taken about the center, wherever it lies.
+  SYS_Arc const offset(SYS_Point(110, -50), SYS_Point(100, -40), SYS_Point(100, -50), 10);
+  EXPECT_EQ(offset.GetStartAngle(), 0);
+  EXPECT_EQ(offset.GetEndAngle(), 162000000);
+}

@@ -219,6 +219,23 @@ TEST(GeomNode, ForeignRingsEndTheWalk) {
   EXPECT_EQ(ring(head), (Ring{&head, &b, &a}));
 }
 
+// A chain that runs into a ring without coming back to its first node: searches find what the ring holds and
+// end when they go round it (the walk's mark moves into the ring), and no predecessor exists.
+TEST(GeomNode, ChainIntoAnotherRingEnds) {
+  Node lead, tail, head, a(SGN_DBRoot), b(1);
+  head.IncludeRoot(&b);
+  head.IncludeRoot(&a);  // head, a, b
+  lead.SetRoot(&tail);
+  tail.SetRoot(&head);
+  expectFound({
+      {"database through the tail", lead.GetDBRoot(), &a}, {"no BRT", lead.GetBRTRoot(), nullptr},
+      {"no predecessor", lead.GetPrevRoot(&lead), nullptr},
+  });
+  lead.ExcludeRoot(&lead);
+  EXPECT_EQ(lead.GetRoot(), &tail);
+  EXPECT_EQ(ring(head), (Ring{&head, &a, &b}));
+}
+
 // Random inclusions and exclusions agree with a model of rings as lists.
 TEST(GeomNode, RandomOperationsMatchAModel) {
   std::mt19937 rng(8);

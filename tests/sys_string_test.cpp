@@ -207,6 +207,7 @@ TEST(SysString, Search) {
   // "é€" then an invalid lone 0xA9 then "a": bytes C3 A9 E2 82 AC A9 61.
   SYS_String const m((std::string(kEAcute) + kEuro + "\xA9" + "a").c_str());
   SYS_String const mixed((std::string("R1") + kEuro + "R10").c_str()), nul("ab\0cd", 5);
+  SYS_String const w("x\xC3\xA9y\xC3\xA9z\xE2\x82\xAC");  // x é y é z €: bytes 0, 1-2, 3, 4-5, 6, 7-9
   expectFound({
       {"Find c from 3", s.Find('c', 3), 5}, {"Find x", s.Find('x', 0), -1}, {"Find a from 6", s.Find('a', 6), -1},
       {"Find a from 7", s.Find('a', 7), -1}, {"Find a from -1", s.Find('a', -1), -1},
@@ -240,6 +241,11 @@ TEST(SysString, Search) {
       {"ReverseFindOneOf é", m.ReverseFindOneOf(kEAcute, -2), 0},
       {"ReverseFindOneOf from 5", m.ReverseFindOneOf("a\xA9", 5), 5},
       {"a start inside walks trail bytes", m.Find('\xAC', 4), 4}, {"ASCII across multibyte", mixed.Find("R1", 1), 5},
+      {"text from inside walks trail bytes", m.Find("\xAC\xA9", 4), 4}, {"é from 1", w.Find(kEAcute, 1), 1},
+      {"é from 2", w.Find(kEAcute, 2), 4}, {"é from 3", w.Find(kEAcute, 3), 4}, {"é from 4", w.Find(kEAcute, 4), 4},
+      {"é from 5", w.Find(kEAcute, 5), -1}, {"yé from 1", w.Find("y\xC3\xA9", 1), 3},
+      {"éz from 2", w.Find("\xC3\xA9z", 2), 4}, {"euro from 5", w.Find(kEuro, 5), 7},
+      {"euro from 8", w.Find(kEuro, 8), -1},
       {"reverse ASCII", mixed.ReverseFind('R', -2), 5}, {"NUL: Find c", nul.Find('c', 0), 3},
       {"NUL: Find cd", nul.Find("cd", 0), 3}, {"NUL: ReverseFind a", nul.ReverseFind('a', -2), 0},
       {"NUL: FindOneOf d", nul.FindOneOf("d", 0), 4},
