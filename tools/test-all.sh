@@ -10,7 +10,7 @@ export BFC_I386_EMULATOR
 
 for preset in lp64-asan i386; do
   echo "=== $preset ==="
-  [ "$preset" = i386 ] && echo "i386 programs run ${BFC_I386_EMULATOR:+through $BFC_I386_EMULATOR}${BFC_I386_EMULATOR:-natively}"
+  [ "$preset" = i386 ] && echo "i386 programs run ${BFC_I386_EMULATOR:+through }${BFC_I386_EMULATOR:-natively}"
   cmake --preset "$preset" >/dev/null
   cmake --build --preset "$preset"
   ctest --preset "$preset"
