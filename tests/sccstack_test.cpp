@@ -9,13 +9,6 @@
 #include <string>
 #include <vector>
 
-namespace {
-
-/// A record as the assertion manager keeps them: the stack holds plain pointers.
-struct Record { int line; };
-
-}  // namespace
-
 // Last in, first out; the stack grows from index 0 through the array's growth and
 // never shrinks: a popped slot keeps its value until pushed over.
 TEST(SccStack, LastInFirstOut) {
@@ -37,20 +30,6 @@ TEST(SccStack, LastInFirstOut) {
   stack.Pop();
   EXPECT_TRUE(stack.IsEmpty());  // empty means nothing pushed, whatever the array holds
   EXPECT_EQ(stack.GetCount(), 100);
-}
-
-// Pointer elements, as the assertion manager's records are kept, push and pop as
-// they are.
-TEST(SccStack, PointerElements) {
-  Record first{10}, second{20};
-  SCC_Stack<Record *> records;
-  records.Push(&first);
-  records.Push(&second);
-  records.Push(nullptr);
-  EXPECT_EQ(records.Pop(), nullptr);
-  EXPECT_EQ(records.Pop(), &second);
-  EXPECT_EQ(records.Pop()->line, 10);
-  EXPECT_TRUE(records.IsEmpty());
 }
 
 // Pop on an empty stack reports and runs on: the top goes to -1 and the element at

@@ -2,7 +2,6 @@
 #include "plat_error.h"
 #include "ssm.h"
 #include "sys_exception.h"
-#include "sys_test.h"
 
 #include <gtest/gtest.h>
 
@@ -49,17 +48,4 @@ TEST(SysException, Text) {
   } catch (SYS_Exception const &e) {
     EXPECT_STREQ(e.GetText(), "value 99 out of range");
   }
-}
-
-// The test-recording and memory entry points do nothing in any order, any number of times.
-TEST(TestRepeater, EntryPointsAreInert) {
-  SYS_TestFncID id(const_cast<char *>("f"), const_cast<char *>("m"));
-  for (int i = 0; i < 3; ++i) {
-    SYS_TestRepeater::Stop();
-    SYS_TestRepeater::Record(&id, 1, "two", 3.0);
-    SYS_TestRepeater::Start();
-    SYS_TestRepeater::Record(&id);
-  }
-  EXPECT_EQ(SYS_Memory::GetCurrentMemorySize(), 0);
-  EXPECT_EQ(SYS_Memory::GetPeakMemorySize(), 0);
 }

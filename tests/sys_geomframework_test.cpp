@@ -110,20 +110,6 @@ TEST(StdInterface, VirtualSlotsKeepTheirOrder) {
   EXPECT_EQ(vtableSlot(&SYS_Geometry::IsValid), 1);
 }
 
-// A geometry iterator starts with maximum 0 and answers nothing, also for a host iterator that only walks.
-TEST(GeomIterator, AnswersNothingUntilOverridden) {
-  struct Pads : SYS_GeomIterator { Pads() { SetMaxHandle(2); } } pads;
-  SYS_GeomIterator &it = pads;
-  EXPECT_EQ(walk(it), (std::vector<SYS_Handle>{1, 2, 0}));
-  it.GetFirst(nullptr);
-  EXPECT_EQ(it.GetObjectType(), SYS_NoGeometry);
-  EXPECT_TRUE(!it.GetPointValue() && !it.GetDoublePointValue() && !it.GetLocationValue() && !it.GetCircleValue() &&
-              !it.GetSegmentValue() && !it.GetArcValue() && !it.GetRectangleValue());
-  SYS_Geometry geometry;
-  EXPECT_EQ(geometry.GetGeometry(), SYS_NoGeometry);
-  EXPECT_EQ(geometry.IsValid(), 0);
-}
-
 // A node alone is a ring of one: no next node, nothing found, and including or excluding itself changes nothing.
 TEST(GeomNode, AloneFindsNothing) {
   Node alone(1);

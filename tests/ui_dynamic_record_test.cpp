@@ -22,37 +22,18 @@ struct RecordCase {
 
 }  // namespace
 
-// Every primitive records its code and operands as 32-bit words: boxes of ovals, fills and
-// arcs normalized, the two-point box as given, text bytes as signed values ending in 0.
+// Recording the same whether attached or not, at the edges the random round trip does not
+// reach: pen operands, the box form normalized, empty and null texts, the extremes of 32 bits.
 TEST(DynamicRecording, CommandWords) {
   RecordCase const cases[] = {
-      {"pen colour then line", [](CDynamic &d) { d.PenColor(5), d.DrawLine(SYS_Point(0, 0), SYS_Point(10, 20), 3, 7); },
-       {0, 5, 6, 0, 0, 10, 20, 3, 7}},
       {"pen size", [](CDynamic &d) { d.PenSize(-7); }, {1, -7}},
       {"pen cap", [](CDynamic &d) { d.PenCap(2); }, {8, 2}},
       {"box form normalizes", [](CDynamic &d) { d.DrawXorBox(SYS_Box(10, 10, 0, 0)); }, {2, 0, 0, 10, 10}},
-      {"two-point form as given", [](CDynamic &d) { d.DrawXorBox(SYS_Point(10, 10), SYS_Point(0, -5)); },
-       {2, 10, 10, 0, -5}},
-      {"oval normalized", [](CDynamic &d) { d.DrawXorOval(SYS_Box(4, 9, -4, 1)); }, {3, -4, 1, 4, 9}},
-      {"fill normalized with colour", [](CDynamic &d) { d.FillRect(SYS_Box(5, 6, 1, 2), 0xFF); },
-       {4, 1, 2, 5, 6, 0xFF}},
       {"text ab", [](CDynamic &d) { d.DrawXorText("ab", 1, 2, 10L, 20L, 0); }, {5, 10, 20, 1, 2, 3, 97, 98, 0}},
-      {"text at a point", [](CDynamic &d) { d.DrawXorText("x", 3, 4, SYS_Point(-1, -2), 0); },
-       {5, -1, -2, 3, 4, 2, 120, 0}},
       {"empty text", [](CDynamic &d) { d.DrawXorText("", 0, 0, 0L, 0L, 0); }, {5, 0, 0, 0, 0, 1, 0}},
       {"null text is empty", [](CDynamic &d) { d.DrawXorText(nullptr, 0, 0, 0L, 0L, 0); }, {5, 0, 0, 0, 0, 1, 0}},
       {"UTF-8 bytes are negative words", [](CDynamic &d) { d.DrawXorText("\xC3\x98" "1", 0, 0, 0L, 0L, 0); },
        {5, 0, 0, 0, 0, 4, -61, -104, 49, 0}},
-      {"arc: box normalized, points as given",
-       [](CDynamic &d) { d.DrawArc(SYS_Box(10, 10, -10, -10), SYS_Point(10, 0), SYS_Point(0, 10), 2, 3); },
-       {7, -10, -10, 10, 10, 10, 0, 0, 10, 2, 3}},
-      {"two polylines",
-       [](CDynamic &d) {
-         SYS_Point pts[] = {{0, 0}, {1, 1}, {5, 5}, {6, 7}, {-8, 9}};
-         unsigned long counts[] = {2, 3};
-         d.FastPolyPolyline(pts, counts, 2);
-       },
-       {9, 2, 2, 3, 0, 0, 1, 1, 5, 5, 6, 7, -8, 9}},
       {"no polylines", [](CDynamic &d) { d.FastPolyPolyline(nullptr, nullptr, 0); }, {9, 0}},
       {"extreme coordinates keep 32 bits",
        [](CDynamic &d) { d.DrawLine(SYS_Point(INT32_MIN, INT32_MAX), SYS_Point(-1, 1), INT32_MAX, -1); },
@@ -155,22 +136,14 @@ struct BoundsCase {
 }  // namespace
 
 // The bounds take the first drawn box as it is (they start as the zero box, a single
-// point); later boxes are combined. Pen commands do not count; a line counts with the box
-// of its end points, an arc with its box, polylines with the box of their points, a text
-// with the box the surface gives.
+// point); later boxes are combined, a degenerate line's too. Pens do not count; an arc
+// counts with its box, not its points; a detached text not at all.
 TEST(DynamicRecording, Bounds) {
   BoundsCase const cases[] = {
       {"nothing recorded", [](CDynamic &) {}, SYS_Box()},
       {"pens only", [](CDynamic &d) { d.PenColor(3), d.PenSize(100), d.PenCap(1); }, SYS_Box()},
       {"first box replaces the zero box", [](CDynamic &d) { d.DrawXorBox(SYS_Box(10, 10, 20, 20)); },
        SYS_Box(10, 10, 20, 20)},
-      {"second box is combined",
-       [](CDynamic &d) { d.DrawXorBox(SYS_Box(10, 10, 20, 20)), d.DrawXorOval(SYS_Box(-5, 15, 0, 30)); },
-       SYS_Box(-5, 10, 20, 30)},
-      {"line from the example", [](CDynamic &d) { d.PenColor(5), d.DrawLine(SYS_Point(0, 0), SYS_Point(10, 20), 3, 7); },
-       SYS_Box(0, 0, 10, 20)},
-      {"inverted two-point box is normalized",
-       [](CDynamic &d) { d.DrawXorBox(SYS_Point(30, 40), SYS_Point(10, 20)); }, SYS_Box(10, 20, 30, 40)},
       {"a single point is replaced by the next box",
        [](CDynamic &d) { d.DrawLine(SYS_Point(5, 5), SYS_Point(5, 5), 0, 0), d.FillRect(SYS_Box(10, 10, 20, 20), 1); },
        SYS_Box(10, 10, 20, 20)},
@@ -185,13 +158,6 @@ TEST(DynamicRecording, Bounds) {
       {"arc grows by its box, not its points",
        [](CDynamic &d) { d.DrawArc(SYS_Box(0, 0, 10, 10), SYS_Point(100, 100), SYS_Point(-100, -100), 1, 1); },
        SYS_Box(0, 0, 10, 10)},
-      {"polylines by all their points",
-       [](CDynamic &d) {
-         SYS_Point pts[] = {{3, 4}, {-2, 8}, {7, -1}};
-         unsigned long counts[] = {1, 2};
-         d.FastPolyPolyline(pts, counts, 2);
-       },
-       SYS_Box(-2, -1, 7, 8)},
       {"no polylines leave the bounds", [](CDynamic &d) { d.FastPolyPolyline(nullptr, nullptr, 0); }, SYS_Box()},
       {"a detached text leaves the bounds",
        [](CDynamic &d) { d.DrawXorBox(SYS_Box(1, 1, 2, 2)), d.DrawXorText("label", 0, 0, 100L, 100L, 0); },
