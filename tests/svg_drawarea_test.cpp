@@ -30,12 +30,6 @@ Parsed parse(std::string const &markup) {
 }
 
 std::string num(long v) { return std::to_string(v); }
-/// Half of a non-negative sum, as the surface writes it.
-std::string half(long a, long b) {
-  long const sum = a + b;
-  return sum % 2 == 0 ? num(sum / 2) : num(sum / 2) + ".5";
-}
-
 std::vector<Parsed> xorElements(SvgDrawArea const &svg) {
   std::vector<Parsed> out;
   for (auto const &e : svg.GetElements())
@@ -66,108 +60,35 @@ void recordFrame(CDynamic &layer, long dx) {
 
 }  // namespace
 
-// After a batch, the surface shows one element per drawing command of the layer, in order,
-// at the coordinates recorded (base units, y up): boxes and fills as rectangles, ovals as
-// ellipses, texts, lines, arcs as paths and each polyline of a set.
+// After a batch, the surface shows one XOR element per drawing command of the layer, in
+// order, at the coordinates recorded (base units, y up): boxes and fills as rectangles, ovals
+// as ellipses, the text set 100 high, scaled to its height and flipped upright at its
+// baseline, lines, the arc as a path counter-clockwise from its start (width 0: one pixel),
+// and each polyline of a set; texts are escaped.
 TEST(SvgDrawArea, ElementsMatchRecordedCommands) {
   SvgDrawArea svg(kView, 1000);
   CDynamic layer(&svg);
   recordFrame(layer, 0);
-  std::vector<Parsed> const shown = xorElements(svg);
-  UI_WordList const &w = layer.GetCommands();
-  size_t next = 0;
-  int commands = 0;
-  for (int i = 0; i < w.GetSize();) {
-    SCOPED_TRACE("command at word " + std::to_string(i));
-    int const code = w[i];
-    if (code == 0 || code == 1 || code == 8) {
-      i += 2;
-      continue;
-    }
-    ASSERT_LT(next, shown.size());
-    Parsed const &e = shown[next++];
-    ++commands;
-    switch (code) {
-      case 2: {
-        long const l = std::min(w[i + 1], w[i + 3]), r = std::max(w[i + 1], w[i + 3]);
-        long const lo = std::min(w[i + 2], w[i + 4]), u = std::max(w[i + 2], w[i + 4]);
-        EXPECT_EQ(e.tag, "rect");
-        EXPECT_EQ(e.attr.at("x"), num(l));
-        EXPECT_EQ(e.attr.at("y"), num(lo));
-        EXPECT_EQ(e.attr.at("width"), num(r - l));
-        EXPECT_EQ(e.attr.at("height"), num(u - lo));
-        EXPECT_EQ(e.attr.at("fill"), "none");
-        EXPECT_EQ(e.attr.at("stroke"), "#0000ff");
-        i += 5;
-        break;
-      }
-      case 3:
-        EXPECT_EQ(e.tag, "ellipse");
-        EXPECT_EQ(e.attr.at("cx"), half(w[i + 1], w[i + 3]));
-        EXPECT_EQ(e.attr.at("cy"), half(w[i + 2], w[i + 4]));
-        EXPECT_EQ(e.attr.at("rx"), half(w[i + 3], -w[i + 1]));
-        EXPECT_EQ(e.attr.at("stroke"), "#ff0000");
-        i += 5;
-        break;
-      case 4:
-        EXPECT_EQ(e.tag, "rect");
-        EXPECT_EQ(e.attr.at("x"), num(w[i + 1]));
-        EXPECT_EQ(e.attr.at("y"), num(w[i + 2]));
-        EXPECT_EQ(e.attr.at("width"), num(w[i + 3] - w[i + 1]));
-        EXPECT_EQ(e.attr.at("fill"), "#00ff00");
-        i += 6;
-        break;
-      case 5: {
-        int const n = w[i + 5];
-        std::string text;
-        for (int k = 0; k + 1 < n; ++k) text += static_cast<char>(w[i + 6 + k]);
-        EXPECT_EQ(e.tag, "text");
-        // Set 100 high, scaled to its height and flipped back upright at its baseline.
-        EXPECT_EQ(e.attr.at("transform"), "translate(" + num(w[i + 1]) + " " + num(w[i + 2]) + ") scale(" +
-                                              num(w[i + 3] / 100) + " " + num(-w[i + 3] / 100) + ")");
-        EXPECT_EQ(e.attr.at("font-size"), "100");
-        EXPECT_EQ(e.text, "U7 &lt;new&gt; &amp; more");
-        EXPECT_EQ(text, "U7 <new> & more");
-        i += 6 + n;
-        break;
-      }
-      case 6:
-        EXPECT_EQ(e.tag, "line");
-        EXPECT_EQ(e.attr.at("x1"), num(w[i + 1]));
-        EXPECT_EQ(e.attr.at("y1"), num(w[i + 2]));
-        EXPECT_EQ(e.attr.at("x2"), num(w[i + 3]));
-        EXPECT_EQ(e.attr.at("y2"), num(w[i + 4]));
-        EXPECT_EQ(e.attr.at("stroke-width"), num(w[i + 5]));
-        EXPECT_EQ(e.attr.at("stroke"), "#008000");
-        i += 7;
-        break;
-      case 7:
-        // From the right end of the circle counter-clockwise a quarter turn to its top.
-        EXPECT_EQ(e.tag, "path");
-        EXPECT_EQ(e.attr.at("d"), "M 90000000 40000000 A 10000000 10000000 0 0 1 80000000 50000000");
-        EXPECT_EQ(e.attr.at("stroke-width"), "150000");  // width 0: one pixel
-        i += 11;
-        break;
-      case 9: {
-        int const n = w[i + 1];
-        int p = i + 2 + n;
-        for (int k = 0; k < n; ++k) {
-          Parsed const &line = k == 0 ? e : shown[next++];
-          std::string points;
-          for (int c = 0; c < w[i + 2 + k]; ++c, p += 2)
-            points += (c ? " " : "") + num(w[p]) + "," + num(w[p + 1]);
-          EXPECT_EQ(line.tag, "polyline");
-          EXPECT_EQ(line.attr.at("points"), points);
-        }
-        i = p;
-        break;
-      }
-      default:
-        FAIL() << "unexpected code " << code;
-    }
+  std::string const stroke = "fill=\"none\" stroke=\"#";
+  std::string const pixel = "\" stroke-linecap=\"round\" stroke-width=\"150000\"/>";
+  std::vector<std::string> const expected = {
+      "<rect x=\"10000000\" y=\"10000000\" width=\"30000000\" height=\"20000000\" " + stroke + "0000ff" + pixel,
+      "<ellipse cx=\"51500000\" cy=\"21500000\" rx=\"1500000\" ry=\"1500000\" " + stroke + "ff0000" + pixel,
+      "<rect x=\"56000000\" y=\"40000000\" width=\"4000000\" height=\"4000000\" fill=\"#00ff00\"/>",
+      "<text transform=\"translate(20000000 50000000) scale(22500 -22500)\" font-family=\"sans-serif\" "
+      "font-size=\"100\" text-anchor=\"start\" fill=\"#ff0000\">U7 &lt;new&gt; &amp; more</text>",
+      "<line x1=\"5000000\" y1=\"5000000\" x2=\"51500000\" y2=\"21500000\" " + stroke +
+          "008000\" stroke-linecap=\"round\" stroke-width=\"375000\"/>",
+      "<path d=\"M 90000000 40000000 A 10000000 10000000 0 0 1 80000000 50000000\" " + stroke + "800080" + pixel,
+      "<polyline points=\"100000000,10000000 110000000,20000000 120000000,10000000\" " + stroke + "800080" + pixel,
+      "<polyline points=\"100000000,60000000 130000000,70000000\" " + stroke + "800080" + pixel,
+  };
+  std::vector<std::string> shown;
+  for (auto const &e : svg.GetElements()) {
+    EXPECT_TRUE(e.isXor);
+    shown.push_back(e.markup);
   }
-  EXPECT_EQ(commands, 7);
-  EXPECT_EQ(next, shown.size());
+  EXPECT_EQ(shown, expected);
 }
 
 // XOR drawing twice takes the drawing away: a new frame erases the last one (flag 0) and

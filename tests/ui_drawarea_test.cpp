@@ -22,20 +22,6 @@ TEST(DrawAreaDefaults, IdentityAnswers) {
   EXPECT_EQ(origin, SYS_Point(3, 4));
 }
 
-// The main draw area is the host's: null until set, and whatever was set last.
-TEST(DrawAreaDefaults, MainDrawArea) {
-  UI_DrawArea *const before = UI_DrawArea::GetMainDrawArea();
-  UI_DrawArea first, second;
-  UI_DrawArea::SetMainDrawArea(&first);
-  EXPECT_EQ(UI_DrawArea::GetMainDrawArea(), &first);
-  EXPECT_EQ(UI_DrawArea::s_pMainDrawArea, &first);
-  UI_DrawArea::SetMainDrawArea(&second);
-  EXPECT_EQ(UI_DrawArea::GetMainDrawArea(), &second);
-  UI_DrawArea::SetMainDrawArea(nullptr);
-  EXPECT_EQ(UI_DrawArea::GetMainDrawArea(), nullptr);
-  UI_DrawArea::SetMainDrawArea(before);
-}
-
 #if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
 
 namespace {
