@@ -49,6 +49,12 @@ SSM::AssertData *thrownRecord(std::function<void()> const &body) {
   return nullptr;
 }
 
+/// "file: message" of the record `body` throws; "nothing thrown" when it returns.
+std::string thrownText(std::function<void()> const &body) {
+  SSM::AssertData const *const record = thrownRecord(body);
+  return record != nullptr ? std::string(record->m_FileName) + ": " + static_cast<char const *>(record->m_Message) : "nothing thrown";
+}
+
 /// The record of file/line in `manager`, invalid when there is none.
 SSM::AssertObj find(SSM &manager, char const *file, long line) {
   SSM::AssertObj it;
@@ -151,9 +157,7 @@ TEST(SsmReport, HandlersRaiseTheAction) {
       result = SSM_AssertFailed("boom", "sys/test", 1, SSM_Error, 0);
       outcome = result;
       if (result == 0) {
-        SSM::AssertData *const thrown = thrownRecord([] { SSM_Throw(); });
-        ASSERT_NE(thrown, nullptr);
-        EXPECT_STREQ(thrown->m_Message, "boom");
+        EXPECT_EQ(thrownText([] { SSM_Throw(); }), "sys/test: boom");
       }
     } catch (SSM::AssertData *record) {
       outcome = 2;
@@ -177,10 +181,8 @@ TEST(SsmReport, InvalidActionCode) {
   // Written through the handle directly: the copy below is not the current manager.
   bad.m_Action = [](SYS_Handle h) { reinterpret_cast<SSM::AssertData *>(h)->m_Action = static_cast<SSM::Action>(7); };
   original->GetAssertEvent().Insert(bad);
-  SSM::AssertData *const thrown = thrownRecord([&] { original->AssertFailed("x", "sys/test", 3, SSM_Warning, 0); });
-  ASSERT_NE(thrown, nullptr);
-  EXPECT_STREQ(thrown->m_FileName, "ssm/ssm");
-  EXPECT_STREQ(thrown->m_Message, "Assert handler encountered invalid action code.");
+  EXPECT_EQ(thrownText([&] { original->AssertFailed("x", "sys/test", 3, SSM_Warning, 0); }),
+            "ssm/ssm: Assert handler encountered invalid action code.");
   EXPECT_EQ(original->GetDepth(), -1);
 
   // A copy is never current: once the original is gone, the report has nowhere to go.
@@ -298,9 +300,7 @@ TEST(SsmNested, HandlerThrowUnwindsTheReport) {
   reporter.m_Action = [&](SYS_Handle) {
     if (manager.GetDepth() == 0) manager.AssertFailed("inner", "sys/critical", 1, SSM_Critical, 0);
   };
-  SSM::AssertData *const thrown = thrownRecord([&] { manager.AssertFailed("", "sys/throw", 1, SSM_Warning, 0); });
-  ASSERT_NE(thrown, nullptr);
-  EXPECT_STREQ(thrown->m_FileName, "sys/critical");
+  EXPECT_EQ(thrownText([&] { manager.AssertFailed("", "sys/throw", 1, SSM_Warning, 0); }), "sys/critical: inner");
   EXPECT_EQ(manager.GetDepth(), -1);
 }
 
@@ -388,9 +388,8 @@ TEST(SsmLifecycle, CopyTakesOver) {
 
   SSM assigned;  // now the current manager
   reporter.m_Action = [&](SYS_Handle) { assigned = copy; };
-  SSM::AssertData *const thrown = thrownRecord([&] { copy.AssertFailed("", "sys/copy", 1, SSM_Warning, 0); });
-  ASSERT_NE(thrown, nullptr);
-  EXPECT_STREQ(thrown->m_Message, "SSM copied while a report is in progress.");
+  EXPECT_EQ(thrownText([&] { copy.AssertFailed("", "sys/copy", 1, SSM_Warning, 0); }),
+            "ssm/ssm: SSM copied while a report is in progress.");
   EXPECT_EQ(copy.GetRecordCount(), 1);
   EXPECT_EQ(copy.GetDepth(), -1);
 }
@@ -458,9 +457,7 @@ TEST(SsmAssertObj, EditingAndInvalidObjects) {
     EXPECT_EQ(site.IsLogRequired(), 0);
     EXPECT_EQ(site.GetCount(), 3);
     SSM::AssertObj const nothing;
-    SSM::AssertData *const thrown = thrownRecord([&] { nothing.GetCount(); });
-    ASSERT_NE(thrown, nullptr);
-    EXPECT_STREQ(thrown->m_FileName, "ssm/ssm");
+    EXPECT_EQ(thrownText([&] { nothing.GetCount(); }).substr(0, 9), "ssm/ssm: ");
   }
   SSM::AssertObj nothing;
   EXPECT_EQ(nothing.GetCount(), 0);
@@ -473,16 +470,8 @@ TEST(SsmAssertObj, EditingAndInvalidObjects) {
 // library's source name and the check's text.
 TEST(SsmLibraryChecks, EndInTheThrownRecord) {
   SSM manager;
-  SSM::AssertData *thrown = thrownRecord([] {
-    SCC_Stack<int> empty;
-    empty.Pop();
-  });
-  ASSERT_NE(thrown, nullptr);
-  EXPECT_STREQ(thrown->m_FileName, "scc/sccstack");
-  EXPECT_STREQ(thrown->m_Message, "Message not available");
-  thrown = thrownRecord([] { SCC_Hash(static_cast<char const *>("x"), 0); });
-  ASSERT_NE(thrown, nullptr);
-  EXPECT_STREQ(thrown->m_FileName, "scc/scc");
+  EXPECT_EQ(thrownText([] { SCC_Stack<int>().Pop(); }), "scc/sccstack: Message not available");
+  EXPECT_EQ(thrownText([] { SCC_Hash(static_cast<char const *>("x"), 0); }), "scc/scc: Message not available");
   EXPECT_EQ(manager.GetRecordCount(), 2);
   EXPECT_EQ(manager.GetDepth(), -1);
 }
