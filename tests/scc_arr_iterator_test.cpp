@@ -107,21 +107,6 @@ TEST(SccArrayIterator, CopyAndAssignment) {
   EXPECT_EQ(copy.GetIndex(), 3);
 }
 
-// The array connects iterators and hooks by priority, the higher told first, and
-// among equal priorities the one connected last first.
-TEST(SccArrayIterator, NotifiedByPriority) {
-  SCC_Array<int> array;
-  fillTens(array, 0, 5);
-  std::vector<std::string> order;
-  ChangeLog low(0), high(7), lowLater(0);
-  for (auto [log, name] : {std::pair{&low, "low"}, {&high, "high"}, {&lowLater, "low, later"}}) {
-    log->m_Action = [&order, name = name](int, SCC_ArrayParam *) { order.push_back(name); };
-    array.RegisterIterator(*log);
-  }
-  array.Delete(0, 1);
-  EXPECT_EQ(order, (std::vector<std::string>{"high", "low, later", "low"}));
-}
-
 // Elements are reached through the array: standing past the end grows the array
 // when written; standing nowhere throws.
 TEST(SccArrayIterator, ReachesElementsThroughTheArray) {
@@ -170,22 +155,4 @@ TEST(SccArrayIterator, NotificationGuards) {
     EXPECT_EQ(index, c.index);
     EXPECT_EQ(spy.Summary(), c.param != nullptr ? std::vector<std::string>{} : std::vector<std::string>{"scc/scc: "});
   }
-}
-
-// A handler may move an iterator's array along during its own notification: the
-// iterators connected behind it still see each change once, in the order raised.
-TEST(SccArrayIterator, NestedChangesReachEveryIterator) {
-  SCC_Array<int> array;
-  fillTens(array, 0, 10);
-  IntIterator follower(&array, 6);
-  ChangeLog first(10);
-  first.m_Action = [&](int code, SCC_ArrayParam *) {
-    if (code == 2 && first.m_Entries.size() == 1) array.Delete(0, 1);  // removes element 0 first
-  };
-  array.RegisterIterator(first);
-  array.Delete(8, 1);
-  // The follower sees the inner removal (6 -> 5) and then the outer one, whose runs
-  // it applies to its new index: 5 is below 8 and stays.
-  EXPECT_EQ(follower.GetIndex(), 5);
-  EXPECT_EQ(array[follower.GetIndex()], 60);
 }

@@ -121,39 +121,6 @@ TEST(SccArray, RoomFollowsTheGrowthRule) {
   }
 }
 
-// Assignment and copying share one buffer; the first access by index through either
-// array, a read as well as a write, gives it a private copy (raising code 3), and
-// the other keeps the old contents.
-TEST(SccArray, CopyOnWrite) {
-  for (bool copyConstructed : {false, true})
-    for (bool throughCopy : {false, true}) {
-      SCOPED_TRACE(std::string(copyConstructed ? "copy-constructed" : "assigned") +
-                   (throughCopy ? ", copy written" : ", source written"));
-      SCC_Array<int> source;
-      fillTens(source, 0, 5);
-      SCC_Array<int> assigned;
-      assigned = source;
-      SCC_Array<int> constructed(source);
-      SCC_Array<int> &copy = copyConstructed ? constructed : assigned;
-      ASSERT_EQ(copy.GetData(), source.GetData());
-      EXPECT_EQ(source.GetData()->GetRefCount(), 3);
-
-      SCC_Array<int> &written = throughCopy ? copy : source;
-      SCC_Array<int> &kept = throughCopy ? source : copy;
-      _SCC_ArrayBuffer *const shared = kept.GetData();
-      ChangeLog log;
-      written.RegisterIterator(log);
-      written[2] = -1;
-      EXPECT_EQ(log.Codes(), std::vector<int>{3});
-      EXPECT_NE(written.GetData(), shared);
-      EXPECT_EQ(kept.GetData(), shared);
-      EXPECT_EQ(written.GetData()->GetRefCount(), 1);
-      EXPECT_EQ(shared->GetRefCount(), 2);
-      EXPECT_EQ(contentsOf(written), (std::vector<int>{0, 10, -1, 30, 40}));
-      EXPECT_EQ(contentsOf(kept), (std::vector<int>{0, 10, 20, 30, 40}));
-    }
-}
-
 // ChangeBounds raises code 3 with only the array set when the buffer is replaced
 // (growth, un-sharing, dropping every element) and nothing for a change in place.
 TEST(SccArray, ChangeBoundsNotifiesOnlyNewBuffers) {
@@ -356,48 +323,6 @@ TEST(SccArray, ClearAnnouncesAfterwards) {
   EXPECT_EQ(fieldsOf(log.m_Entries[0].param, &array), (ParamFields{-3, 7, 1, 0, 0, 0, 0, 0, 0, -3, 7}));
   array.Clear();
   EXPECT_EQ(log.m_Entries.size(), 1u);
-}
-
-/// The number of slots of `array` (also those outside its bounds) that hold `part`.
-static int slotsHolding(SCC_Array<PartRef> &array, Part *part) {
-  auto *const buffer = static_cast<SCC_Array<PartRef>::Buffer *>(array.GetData());
-  int n = 0;
-  for (int s = 0; buffer != nullptr && s < slotsOf(array); ++s) n += buffer->m_Elements[s].Get() == part;
-  return n;
-}
-
-// Shared pointers as elements: every object's count equals the number of slots
-// that hold it, through growth, moves, sharing and un-sharing, and every object is
-// freed when the arrays go.
-TEST(SccArray, SharedPointerElementsStayBalanced) {
-  Part::s_Alive = 0;
-  {
-    std::vector<PartRef> parts;  // one more holder each, so removed parts stay to be counted
-    SCC_Array<PartRef> array, copy;
-    auto const check = [&](char const *step) {
-      SCOPED_TRACE(step);
-      for (PartRef const &part : parts) {
-        int holders = slotsHolding(array, part.Get());
-        if (copy.GetData() != array.GetData()) holders += slotsHolding(copy, part.Get());
-        EXPECT_EQ(part->GetRefCount(), holders + 1);
-      }
-    };
-    for (int i = 0; i < 6; ++i) array[i] = parts.emplace_back(new Part);
-    check("appended");
-    std::pair<char const *, std::function<void()>> const steps[] = {
-        {"inserted", [&] { array.Insert(2, 3); }},
-        {"deleted", [&] { array.Delete(0, 2); }},
-        {"shared", [&] { copy = array; }},
-        {"un-shared", [&] { copy[copy.GetLowerBound()] = nullptr; }},
-        {"grown below", [&] { array[-20] = parts[0]; }},
-        {"deleted the first", [&] { array.Delete(-20, 1); }},
-    };
-    for (auto const &[name, step] : steps) {
-      step();
-      check(name);
-    }
-  }
-  EXPECT_EQ(Part::s_Alive, 0);
 }
 
 // The typed copy starts a change event of its own, enabled and without hooks; the

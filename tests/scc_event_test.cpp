@@ -57,18 +57,6 @@ Log deliver(SCC_Event<int> &event, Log &log, int code = 1) {
 
 }  // namespace
 
-// Higher priority first; among equals the hook connected last comes first.
-TEST(SccEvent, PriorityOrderPutsLastOfEqualsFirst) {
-  Log log;
-  Probe p5(log, "5", 5), first3(log, "3a", 3), second3(log, "3b", 3), new3(log, "3new", 3);
-  SCC_Event<int> event;
-  event.Insert(p5);
-  event.Insert(first3);
-  event.Insert(second3);
-  event.Insert(new3);
-  EXPECT_EQ(deliver(event, log), (Log{"5:1", "3new:1", "3b:1", "3a:1"}));
-}
-
 // Plain nodes rank above every hook: a hook goes in front of one only with the
 // top priority; appending always goes last.
 TEST(SccEvent, PlainNodesRankAboveHooks) {
@@ -89,27 +77,6 @@ TEST(SccEvent, PlainNodesRankAboveHooks) {
     EXPECT_EQ(node.GetPriority(), 0x7FFFFFFF);
     EXPECT_EQ(deliver(event, log), c.expected);
   }
-}
-
-// Connecting a connected node first takes it out of its old event; disconnecting or
-// destroying the event leaves a node unconnected and pointing at itself.
-TEST(SccEvent, ConnectingLeavesThePreviousEvent) {
-  Log log;
-  Probe a(log, "a"), b(log, "b");
-  SCC_Event<int> second;
-  {
-    SCC_Event<int> first;
-    first.Append(a);
-    first.Append(b);
-    second.Insert(a);
-    EXPECT_EQ(a.GetConnectedEvent(), &second);
-    EXPECT_EQ(deliver(first, log), (Log{"b:1"}));
-    EXPECT_EQ(deliver(second, log), (Log{"a:1"}));
-  }
-  EXPECT_TRUE(isAlone(b));
-  a.Disconnect();
-  EXPECT_TRUE(isAlone(a));
-  EXPECT_EQ(deliver(second, log), Log{});
 }
 
 // Handlers that change the event during a delivery: a node disconnected behind the
@@ -176,25 +143,6 @@ TEST(SccEventReentrancy, HandlersChangingTheEvent) {
   }
 }
 
-// Nodes connected during a delivery are told when they land ahead of the cursor
-// (right after it, or last) and not when they land in the part already passed.
-TEST(SccEventReentrancy, ConnectionsAheadAndBehindTheCursor) {
-  Log log;
-  Probe top(log, "top", 9), cur(log, "cur", 5), low(log, "low", 1);
-  Probe passed(log, "passed", 7), rightBehind(log, "behind", 5), after(log, "after", 3), last(log, "last", 0);
-  SCC_Event<int> event;
-  for (Probe *p : {&top, &cur, &low}) event.Insert(*p);
-  cur.m_Action = [&](int) {
-    event.Insert(passed);       // between top and cur: already passed
-    event.Insert(rightBehind);  // equal priority: just in front of cur, passed too
-    event.Insert(after);        // right after cur: ahead
-    event.Insert(last);         // after low: ahead
-  };
-  EXPECT_EQ(deliver(event, log), (Log{"top:1", "cur:1", "after:1", "low:1", "last:1"}));
-  cur.m_Action = nullptr;
-  EXPECT_EQ(deliver(event, log), (Log{"top:1", "passed:1", "behind:1", "cur:1", "after:1", "low:1", "last:1"}));
-}
-
 // While a delivery runs, the event names its innermost record: a nested delivery has a
 // record of its own, the outer one is back when it returns, and a throwing handler leaves
 // the record as it was before its delivery, so an outer delivery that catches goes on.
@@ -247,53 +195,6 @@ TEST(SccEventLifetime, EventDestroyedDuringDelivery) {
   event->Notify(1, nullptr);
   EXPECT_EQ(log, (Log{"a:1", "a:2", "b:2"}));
   for (Probe *p : {&a, &b, &c}) EXPECT_TRUE(isAlone(*p));
-}
-
-// A node destroyed by another node's handler is skipped; one that destroys
-// itself does not stop the delivery.
-TEST(SccEventLifetime, NodesDestroyedDuringDelivery) {
-  struct SelfDestroying : SCC_EventNode<int> {
-    explicit SelfDestroying(Log &log) : m_Log(&log) {}
-    int OnNotification(int, int *) override {
-      m_Log->push_back("self");
-      delete this;
-      return 0;
-    }
-    Log *m_Log;
-  };
-  Log log;
-  Probe a(log, "a"), d(log, "d");
-  auto *b = new Probe(log, "b");
-  SCC_Event<int> event;
-  event.Append(a);
-  event.Append(*b);
-  event.Append(*new SelfDestroying(log));
-  event.Append(d);
-  a.m_Action = [&](int) {
-    delete b;
-    b = nullptr;
-  };
-  EXPECT_EQ(deliver(event, log), (Log{"a:1", "self", "d:1"}));
-  EXPECT_EQ(deliver(event, log), (Log{"a:1", "d:1"}));
-}
-
-// Copying an event moves its connections and copies its enabled flag: the copy
-// reaches the former nodes, the source reaches nobody.
-TEST(SccEventCopy, CopyConstructorMovesNodesAndEnabledFlag) {
-  Log log;
-  Probe a(log, "a", 2), b(log, "b", 1);
-  SCC_Event<int> source;
-  source.Insert(a);
-  source.Insert(b);
-  source.Disable();
-  SCC_Event<int> copy(source);
-  EXPECT_FALSE(copy.IsEnabled());
-  EXPECT_EQ(a.GetConnectedEvent(), &copy);
-  EXPECT_EQ(b.GetConnectedEvent(), &copy);
-  copy.Enable();
-  source.Enable();
-  EXPECT_EQ(deliver(copy, log), (Log{"a:1", "b:1"}));
-  EXPECT_EQ(deliver(source, log), Log{});
 }
 
 // Assignment drops the target's own nodes, takes the source's, and keeps the

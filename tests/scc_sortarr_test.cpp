@@ -87,32 +87,6 @@ TEST(SccSortableArray, OrdersInBothDirections) {
   }
 }
 
-// Up to 8 elements the selection pass alone sorts: it scans upward for the first of
-// the largest and swaps it to the top, even when it is there already. From 9
-// elements on the middle element is swapped to the front as the pivot first.
-TEST(SccSortableArray, SelectionPassAndPartition) {
-  LoggingArray eight;
-  load(eight, 0, {1, 2, 3, 4, 5, 6, 7, 8});
-  eight.Sort(1);
-  std::vector<std::string> swaps;
-  for (auto const &call : eight.m_Calls)
-    if (call[0] == 'S') swaps.push_back(call);
-  EXPECT_EQ(eight.m_Calls.size(), swaps.size() + 7 + 6 + 5 + 4 + 3 + 2 + 1);
-  EXPECT_EQ(swaps, (std::vector<std::string>{"S 7 7", "S 6 6", "S 5 5", "S 4 4", "S 3 3", "S 2 2", "S 1 1"}));
-  EXPECT_EQ(eight.m_Calls.front(), "C 1 0");
-
-  LoggingArray equalMaxima;
-  load(equalMaxima, 0, {5, 5, 1});
-  equalMaxima.Sort(1);
-  EXPECT_EQ(equalMaxima.m_Calls.at(2), "S 0 2");  // the first of the two fives goes up
-
-  LoggingArray nine;
-  load(nine, 0, {9, 1, 8, 2, 7, 3, 6, 4, 5});
-  nine.Sort(1);
-  EXPECT_EQ(nine.m_Calls.front(), "S 4 0");
-  EXPECT_EQ(contentsOf(nine), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9}));
-}
-
 // The sortable array's own sort and the untyped one make the same calls in the same
 // order, for both directions.
 TEST(SccSortableArray, SameCallsAsTheUntypedSort) {
@@ -143,18 +117,6 @@ public:
   DerivedKeyedArray() : SCC_SortableArray<Keyed>(byKey) {}
 };
 
-SCC_SortableArray<Keyed> *g_Meddled = nullptr;
-int g_Calls = 0;
-
-/// Compares by key and, part way through, writes into the array being sorted and
-/// then clears it.
-int byKeyMeddling(Keyed const &a, Keyed const &b) {
-  ++g_Calls;
-  if (g_Calls == 100) (*g_Meddled)[g_Meddled->GetLowerBound()] = Keyed{-1, -1};
-  if (g_Calls == 200) g_Meddled->Clear();
-  return a.key - b.key;
-}
-
 }  // namespace
 
 // An array of the library's own class sorts its slots directly; the result, down to
@@ -174,40 +136,6 @@ TEST(SccSortableArray, DirectSortMatchesTheVirtualOne) {
       ASSERT_EQ(direct[i].key, virtualOnly[i].key) << "at " << i;
       ASSERT_EQ(direct[i].tag, virtualOnly[i].tag) << "at " << i;
     }
-  }
-}
-
-// A compare function that changes the array while it is sorted cannot pull the
-// buffer away from the sort: the array ends as the function left it, nothing leaks.
-TEST(SccSortableArray, CompareFunctionChangingTheArray) {
-  SCC_SortableArray<Keyed> array(byKeyMeddling);
-  for (int k = 0; k < 500; ++k) array[k] = Keyed{(k * 37) % 101, k};
-  g_Meddled = &array;
-  g_Calls = 0;
-  array.Sort(1);
-  EXPECT_GT(g_Calls, 200);
-  EXPECT_EQ(array.GetData(), nullptr);
-  g_Meddled = nullptr;
-}
-
-// Comp reaches j before i and Swap reaches i before j, which shows in the room that
-// growth to two indices outside the bounds leaves: from [-3, 6), reaching 10 first
-// gives [-3, 22) and then -5 [-27, 22); reaching -5 first gives [-13, 6), then 10
-// [-13, 27).
-TEST(SccSortableArray, OrderOfElementAccess) {
-  for (bool swap : {false, true}) {
-    SCOPED_TRACE(swap ? "Swap" : "Comp");
-    LoggingArray array;
-    load(array, 0, {0, 1, 2});
-    if (swap) {
-      array.CallSwap(-5, 10);
-    } else {
-      array.CallComp(-5, 10);
-    }
-    EXPECT_EQ(array.GetData()->m_AllocLower, swap ? -13 : -27);
-    EXPECT_EQ(array.GetData()->m_AllocUpper, swap ? 27 : 22);
-    EXPECT_EQ(array.GetLowerBound(), -5);
-    EXPECT_EQ(array.GetUpperBound(), 11);
   }
 }
 

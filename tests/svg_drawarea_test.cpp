@@ -137,23 +137,6 @@ TEST(SvgDrawArea, AppearIsAState) {
   EXPECT_EQ(xorElements(svg).size(), 1u);
 }
 
-// The 2-pixel rule at this surface's scale: an oval under 2 pixels is drawn as its box.
-TEST(SvgDrawArea, TinyOvalBecomesABox) {
-  SvgDrawArea svg(kView, 1000);  // 150,000 units a pixel
-  EXPECT_EQ(svg.Scale2ScreenX(300000), 2);
-  EXPECT_EQ(svg.Scale2ScreenX(224999), 1);
-  EXPECT_EQ(svg.Scale2ScreenY(-300000), -2);
-  CDynamic layer(&svg);
-  layer.StartBatchDraw();
-  layer.DrawXorOval(SYS_Box(0, 0, 200000, 200000));
-  layer.DrawXorOval(SYS_Box(0, 0, 300000, 300000));
-  layer.EndBatchDraw();
-  std::vector<Parsed> const shown = xorElements(svg);
-  ASSERT_EQ(shown.size(), 2u);
-  EXPECT_EQ(shown[0].tag, "rect");
-  EXPECT_EQ(shown[1].tag, "ellipse");
-}
-
 // The document: pixel size from the view's aspect, a view box spanning -upper to -lower
 // under a y flip, the background first; it is written to a file byte for byte.
 TEST(SvgDrawArea, DocumentAndFile) {

@@ -96,34 +96,6 @@ TEST(StrPatternLongText, GivesBackOccurrencesOfMixedWidths) {
   EXPECT_EQ(backToE, std::make_pair(0, size + 3));
 }
 
-// Thousands of alternatives are tried one after another, not one inside the other, and the
-// longest wins, at every place Substitute finds one.
-TEST(StrPatternLongText, LongAlternations) {
-  std::string pattern;
-  for (int i = 0; i < 20000; ++i) pattern += (i ? "|n" : "n") + std::to_string(i);
-  SYS_String names;
-  for (int i = 0; i < 100; ++i) names += ("n" + std::to_string(i * 199) + " ").c_str();
-  std::pair<int, int> single;
-  int replaced = 0;
-  runOnSmallStack([&] {
-    single = match(pattern, "x n19999 y");
-    replaced = SYS_StrPattern(pattern.c_str()).Substitute(names, "N", 0);
-  });
-  EXPECT_EQ(single, std::make_pair(2, 6));
-  EXPECT_EQ(replaced, 100);
-  EXPECT_EQ(names.GetLength(), 200);  // every name replaced whole: "N " each
-}
-
-// Replacing every character of a long text is linear: the result is built in one pass.
-TEST(StrPatternLongText, SubstituteEveryCharacter) {
-  SYS_String text(std::string(kLongText / 16, 'a').c_str());
-  int count = 0;
-  runOnSmallStack([&] { count = SYS_StrPattern("a").Substitute(text, "bc", 0); });
-  EXPECT_EQ(count, static_cast<int>(kLongText / 16));
-  EXPECT_EQ(text.GetLength(), static_cast<int>(kLongText / 8));
-  EXPECT_EQ(text.Find('a'), -1);
-}
-
 // Nesting along one path is capped at 1000 (repetitions, alternations and groups all
 // count), which bounds the matcher's recursion; the deepest accepted patterns still match.
 TEST(StrPatternLongText, NestingDepthLimit) {

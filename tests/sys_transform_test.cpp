@@ -24,22 +24,6 @@ template <class Shape> Shape transformed(Shape shape, SYS_Transform const &t) {
 
 }  // namespace
 
-// Quarter turns land on exact integer points, also far from the origin and after several turns.
-TEST(SysTransform, QuarterTurnsAreExact) {
-  SYS_Point const centers[] = {{0, 0}, {1000000, -2000000}, {-500000000, 500000000}};
-  SYS_Point const offsets[] = {{1000, 0}, {123456789, -98765432}, {-500000000, 499999999}};
-  for (int k = -4; k <= 8; ++k) {
-    for (auto const &c : centers) {
-      for (auto const &o : offsets) {
-        SCOPED_TRACE("k=" + std::to_string(k) + " center " + str(c) + " offset " + str(o));
-        SYS_Point turned = o;  // o turned k quarters counter-clockwise by hand
-        for (int i = 0; i < ((k % 4) + 4) % 4; ++i) turned = SYS_Point(-turned.GetY(), turned.GetX());
-        EXPECT_EQ(rotation(c.GetX(), c.GetY(), k * 162000000L) + (c + o), c + turned);
-      }
-    }
-  }
-}
-
 // Rotations, reflections and scales map points and set the orientation (twice a mirror's angle, not reduced).
 TEST(SysTransform, ElementarySetters) {
   struct Case { char const *name; SYS_Transform t; SYS_Point from, to; long orientation; int mirror; } cases[] = {

@@ -171,18 +171,6 @@ TEST(DynamicRecording, Bounds) {
   }
 }
 
-// An attached text grows the bounds by the box its surface reports, normalized.
-TEST(DynamicRecording, TextBoundsFromTheSurface) {
-  LogSurface surface;
-  CDynamic layer(&surface);
-  surface.textBox = SYS_Box(50, 60, 40, 30);
-  layer.DrawXorText("first", 0, 0, 0L, 0L, 0);
-  EXPECT_EQ(layer.GetBounds(), SYS_Box(40, 30, 50, 60));
-  surface.textBox = SYS_Box(0, 0, 45, 100);
-  layer.DrawXorText("second", 0, 0, 0L, 0L, 0);
-  EXPECT_EQ(layer.GetBounds(), SYS_Box(0, 0, 50, 100));
-}
-
 // Construction installs the layer on its surface; Install with null changes nothing;
 // SetDrawArea changes the surface silently.
 TEST(DynamicLayer, InstallAndSetDrawArea) {
@@ -266,18 +254,4 @@ TEST(DynamicLayer, DetachedAfterCodeTwo) {
   EXPECT_EQ(layer.GetBatchDepth(), 2);
   EXPECT_EQ(wordsOf(layer), (Words{2, 0, 0, 5, 5, 2, 1, 1, 6, 6}));
   EXPECT_EQ(layer.GetBounds(), SYS_Box(0, 0, 6, 6));
-}
-
-// A destroyed layer leaves its redraw event, which then reaches nobody.
-TEST(DynamicLayer, DestroyedLayerLeavesTheEvent) {
-  LogSurface surface;
-  SCC_Event<UI_DrawArea::RedrawBlock> redraw;
-  {
-    CDynamic layer(&surface);
-    redraw.Append(layer);
-    layer.DrawXorBox(SYS_Box(0, 0, 1, 1));
-  }
-  surface.log.clear();
-  redraw.Notify(1, nullptr);
-  EXPECT_TRUE(surface.log.empty());
 }

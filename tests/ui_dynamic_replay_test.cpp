@@ -27,32 +27,6 @@ Log replay(OpenLayer &layer, LogSurface &surface) {
 
 }  // namespace
 
-// An oval or arc narrower or lower than 2 pixels is drawn as its box outline or its chord;
-// from 2 by 2 pixels on, as an oval or an arc.
-TEST(DynamicReplay, TwoPixelRule) {
-  struct Case { char const *name; SYS_Box box; bool full; } const cases[] = {
-      {"1 pixel wide", SYS_Box(0, 0, 19, 100), false}, {"1 pixel high", SYS_Box(0, 0, 100, 10), false},
-      {"exactly 2 by 2 pixels", SYS_Box(0, 0, 20, 20), true}, {"2.9 pixels count as 2", SYS_Box(0, 0, 29, 100), true},
-      {"a point", SYS_Box(5, 5, 5, 5), false}, {"large", SYS_Box(-1000, -1000, 1000, 1000), true},
-  };
-  for (auto const &c : cases) {
-    SCOPED_TRACE(c.name);
-    LogSurface surface;
-    surface.unitsPerPixel = 10;
-    OpenLayer oval(&surface);
-    oval.DrawXorOval(c.box);
-    Log const ovalLog = replay(oval, surface);
-    ASSERT_EQ(ovalLog.size(), c.full ? 6u : 5u);
-    EXPECT_EQ(ovalLog[c.full ? 4 : 3], (c.full ? "FastFrameOval(" : "DrawXorBox(") + str(c.box) + ")");
-
-    OpenLayer arc(&surface);
-    arc.DrawArc(c.box, SYS_Point(1, 2), SYS_Point(3, 4), 5, 6);
-    Log const arcLog = replay(arc, surface);
-    ASSERT_EQ(arcLog.size(), 8u);
-    EXPECT_EQ(arcLog[6], c.full ? "FastFrameArc(" + str(c.box) + ",1,2,3,4)" : std::string("DrawLine(1,2,3,4,5,6)"));
-  }
-}
-
 // The notification codes 0 and 1 replay the layer; others do nothing; the answer is 0.
 TEST(DynamicReplay, NotificationCodes) {
   LogSurface surface;
@@ -108,35 +82,6 @@ TEST(DynamicReplay, LongCraftedText) {
   Log const log = replay(layer, surface);
   ASSERT_EQ(log.size(), 3u);
   EXPECT_EQ(log[1], "DrawXorTextAt(" + std::string(2000, 'z') + ",3,4,1,2,1)");
-}
-
-// A surface that records into the layer while it is replayed moves the layer's words; the
-// replay reads them afresh and also draws what was added. One that clears the layer ends
-// the replay, and the pen mode is still put back.
-TEST(DynamicReplay, SurfaceRecordsOrClearsDuringReplay) {
-  LogSurface surface;
-  OpenLayer layer(&surface);
-  layer.DrawXorBox(SYS_Box(0, 0, 1, 1));
-  bool added = false;
-  surface.onCall = [&](std::string const &entry) {
-    if (entry.rfind("DrawXorBox(", 0) == 0 && !added) {
-      added = true;
-      for (int i = 0; i < 1000; ++i) layer.PenCap(i);  // grows the list past its block
-    }
-  };
-  Log const log = replay(layer, surface);
-  ASSERT_EQ(log.size(), 1003u);
-  EXPECT_EQ(log[2], "PenCap(0)");
-  EXPECT_EQ(log[1001], "PenCap(999)");
-  EXPECT_EQ(log.back(), "PenMode(13)");
-
-  surface.onCall = [&](std::string const &entry) {
-    if (entry == "PenCap(1)") layer.Clear();
-  };
-  Log const cleared = replay(layer, surface);
-  EXPECT_EQ(cleared[cleared.size() - 2], "RedrawDynamic(0,0,0,1,1)");
-  EXPECT_EQ(cleared.back(), "PenMode(13)");
-  EXPECT_TRUE(layer.GetCommands().IsEmpty());
 }
 
 namespace {

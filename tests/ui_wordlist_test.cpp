@@ -32,17 +32,6 @@ TEST(UiWordList, GrowthKeepsTheWords) {
   EXPECT_EQ(list[list.GetSize() - 1], -300);
 }
 
-// Emptying keeps the block: a drag reuses it frame after frame.
-TEST(UiWordList, RemoveAllKeepsTheBlock) {
-  UI_WordList list;
-  list.Extend(1000);
-  int32_t const *block = list.GetData();
-  list.RemoveAll();
-  EXPECT_TRUE(list.IsEmpty());
-  list.Extend(1000);
-  EXPECT_EQ(list.GetData(), block);
-}
-
 // A negative count, or a size past the range of an int, throws std::bad_alloc and leaves
 // the list as it was.
 TEST(UiWordList, ImpossibleGrowthThrows) {
