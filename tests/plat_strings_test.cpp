@@ -1,8 +1,7 @@
 //===- tests/plat_strings_test.cpp - The host's numbered texts and TR ---===//
 //
-// What the library reads at load can only be seen in a fresh process: the
-// load tests start this binary again as a probe, with the host's texts given
-// one way or another, and read what the probe prints.
+// What the library reads at load can only be seen in a fresh process: the load tests start this binary again as a
+// probe, with the host's texts given one way or another, and read what the probe prints.
 //
 //===------------------------------------------------------------------===//
 #include "plat_strings.h"

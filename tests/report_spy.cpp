@@ -21,8 +21,7 @@ ReportFunction libraryReport() {
 
 }  // namespace
 
-// Exported like the library's (BFC_API in the header), so the dynamic linker binds
-// the library's own calls here too.
+// Exported like the library's (BFC_API in the header), so the dynamic linker binds the library's own calls here too.
 int SSM_AssertFailed(char const *message, char const *file, int line, SSM_FailureType type, int id) {
   if (g_Spy != nullptr)
     g_Spy->Record(ReportRecord{message != nullptr ? message : "", file != nullptr ? file : "", line, type, id});

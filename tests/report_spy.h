@@ -1,9 +1,8 @@
 //===- tests/report_spy.h - Records the library's failure reports -------===//
 //
-// The test binary defines SSM_AssertFailed itself, and that definition takes the
-// place of the library's for every caller in the process, the library included.
-// While a ReportSpy is alive it records each report; every report then goes on
-// to the library's own function, so it behaves exactly as without the spy.
+// The test binary defines SSM_AssertFailed itself, and that definition takes the place of the library's for every
+// caller in the process, the library included. While a ReportSpy is alive it records each report; every report then
+// goes on to the library's own function, so it behaves exactly as without the spy.
 //
 //===------------------------------------------------------------------===//
 #ifndef BFC_TESTS_REPORT_SPY_H

@@ -13,17 +13,12 @@
 constexpr int N = SYS_Nowhere;
 typedef SCC_Array<int>::Iterator IntIterator;
 
-// An iterator on an element follows it; one just past the end follows the first run
-// (so it moves on a removal and when the elements are pulled down, but not on an
-// insertion inside the array); on a removal every other position goes nowhere;
-// insertions leave other positions, and growth leaves every position, alone.
+// An iterator on an element follows it; one just past the end follows the first run (so it moves on a removal and when
+// the elements are pulled down, but not on an insertion inside the array); on a removal every other position goes
+// nowhere; insertions leave other positions, and growth leaves every position, alone.
 TEST(SccArrayIterator, FollowsItsElement) {
-  struct Case {
-    char const *name;
-    int lower, upper;
-    std::function<void(SCC_Array<int> &)> change;
-    std::vector<std::pair<int, int>> moves;  // {from, to}
-  } const cases[] = {
+  struct Case { char const *name; int lower, upper; std::function<void(SCC_Array<int> &)> change;
+      std::vector<std::pair<int, int>> moves; } const cases[] = {  // moves: {from, to}
       {"Delete(2, 3)", 0, 10, [](auto &a) { a.Delete(2, 3); },
        {{0, 0}, {1, 1}, {2, N}, {3, N}, {4, N}, {5, 2}, {7, 4}, {9, 6}, {10, 7}, {11, N}, {-1, N}, {N, N}}},
       {"Delete(5, -3)", 0, 10, [](auto &a) { a.Delete(5, -3); },
@@ -57,9 +52,8 @@ TEST(SccArrayIterator, FollowsItsElement) {
   }
 }
 
-// Attach takes the lower bound for no position and connects; attaching to no array
-// keeps the index and stops following. An iterator may die before its array, and an
-// array before its iterators, which are then left alive and unconnected.
+// Attach takes the lower bound for no position and connects; attaching to no array keeps the index and stops following.
+// An iterator may die before its array, and an array before its iterators, which are then left alive and unconnected.
 TEST(SccArrayIterator, AttachAndLifetimes) {
   SCC_Array<int> array;
   fillTens(array, -4, 4);
@@ -107,8 +101,7 @@ TEST(SccArrayIterator, CopyAndAssignment) {
   EXPECT_EQ(copy.GetIndex(), 3);
 }
 
-// Elements are reached through the array: standing past the end grows the array
-// when written; standing nowhere throws.
+// Elements are reached through the array: standing past the end grows the array when written; standing nowhere throws.
 TEST(SccArrayIterator, ReachesElementsThroughTheArray) {
   SCC_Array<int> array;
   fillTens(array, 0, 3);
@@ -141,12 +134,9 @@ TEST(SccArrayIterator, NotificationGuards) {
   SCC_ArrayParam param{};  // the first run: 10 elements from 0 to 3
   param.runFirstTo = 3;
   param.runFirstCount = 10;
-  struct Case {
-    int code;
-    SCC_ArrayParam *param;
-    int index;
-  } const cases[] = {{1, nullptr, 4}, {2, nullptr, 4}, {3, nullptr, 4}, {0, &param, 4},
-                     {3, &param, 4},  {4, &param, 4},  {-1, &param, 4}, {1, &param, 7}};
+  struct Case { int code; SCC_ArrayParam *param; int index; } const cases[] = {
+      {1, nullptr, 4}, {2, nullptr, 4}, {3, nullptr, 4}, {0, &param, 4},
+      {3, &param, 4},  {4, &param, 4},  {-1, &param, 4}, {1, &param, 7}};
   for (auto const &c : cases) {
     SCOPED_TRACE(std::to_string(c.code) + (c.param != nullptr ? " with a parameter" : " without one"));
     ReportSpy spy;

@@ -1,9 +1,8 @@
 //===- tests/scc_arr_model_test.cpp - Arrays against a simple model -----===//
 //
-// Random insertions, removals, bound changes, writes at both ends, clears and
-// copies, checked after every step against a model that keeps each element's
-// identity: contents, bounds, the shared copy, the room invariant, the number of
-// live class elements, and where every iterator stands.
+// Random insertions, removals, bound changes, writes at both ends, clears and copies, checked after every step against
+// a model that keeps each element's identity: contents, bounds, the shared copy, the room invariant, the number of live
+// class elements, and where every iterator stands.
 //
 //===------------------------------------------------------------------===//
 #include "scc_arr.h"

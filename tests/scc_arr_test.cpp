@@ -33,8 +33,7 @@ Room roomOf(_SCC_Array &array) {
   return b != nullptr ? Room{b->m_Lower, b->m_Upper, b->m_AllocLower, b->m_AllocUpper} : Room{0, 0, 0, 0};
 }
 
-/// An array without storage: the untyped algorithms with the base's bare buffers,
-/// recording every copy they ask for.
+/// An array without storage: the untyped algorithms with the base's bare buffers, recording every copy they ask for.
 class BareArray : public _SCC_Array {
 public:
   typedef std::array<int, 4> Copy;  // into the current buffer (0 or 1), to slot, from slot, count
@@ -77,15 +76,11 @@ SCC_Array<int> &grown(SCC_Array<int> &array, int count = 5) { return array = SCC
 
 }  // namespace
 
-// A buffer made afresh has room for max(request, granularity) more elements at each
-// end that needs it; growth at one end keeps the other end's room; an un-shared copy
-// keeps the room of the shared buffer; a buffer is never shrunk; at the ends of the
-// index range the room is cut to the range.
+// A buffer made afresh has room for max(request, granularity) more elements at each end that needs it; growth at one
+// end keeps the other end's room; an un-shared copy keeps the room of the shared buffer; a buffer is never shrunk; at
+// the ends of the index range the room is cut to the range.
 TEST(SccArray, RoomFollowsTheGrowthRule) {
-  struct Case {
-    char const *name;
-    std::function<void(SCC_Array<int> &, SCC_Array<int> &)> make;
-    Room room;
+  struct Case { char const *name; std::function<void(SCC_Array<int> &, SCC_Array<int> &)> make; Room room;
   } const cases[] = {
       {"new array of 5", [](auto &a, auto &) { a = SCC_Array<int>(5); }, {0, 5, -5, 10}},
       {"grown in place to 6, then written at 10", [](auto &a, auto &) { grown(a)[5] = 0, a[10] = 0; },
@@ -124,11 +119,7 @@ TEST(SccArray, RoomFollowsTheGrowthRule) {
 // ChangeBounds raises code 3 with only the array set when the buffer is replaced
 // (growth, un-sharing, dropping every element) and nothing for a change in place.
 TEST(SccArray, ChangeBoundsNotifiesOnlyNewBuffers) {
-  struct Case {
-    char const *name;
-    std::function<void(SCC_Array<int> &)> change;
-    std::vector<int> codes;
-    bool empty;
+  struct Case { char const *name; std::function<void(SCC_Array<int> &)> change; std::vector<int> codes; bool empty;
   } const cases[] = {
       {"in place", [](auto &a) { a.ChangeBounds(-5, 10); }, {}, false},
       {"past the room", [](auto &a) { a.ChangeBounds(0, 11); }, {3}, false},
@@ -155,17 +146,11 @@ TEST(SccArray, ChangeBoundsNotifiesOnlyNewBuffers) {
   EXPECT_TRUE(log.m_Entries.empty());
 }
 
-// Insert makes |count| new elements; the sign chooses which side moves; outside the
-// bounds the array reaches out to the new block. Code 1 follows the change and
-// records both runs.
+// Insert makes |count| new elements; the sign chooses which side moves; outside the bounds the array reaches out to the
+// new block. Code 1 follows the change and records both runs.
 TEST(SccArray, InsertMovesTheRunsAndReportsThem) {
-  struct Case {
-    char const *name;
-    bool fromEmpty;
-    int index, count, lower;
-    std::vector<int> contents;
-    std::vector<ParamFields> params;
-  } const cases[] = {
+  struct Case { char const *name; bool fromEmpty; int index, count, lower; std::vector<int> contents;
+      std::vector<ParamFields> params; } const cases[] = {
       {"inside, count 2", false, 2, 2, 0, {0, 10, kNew, kNew, 20, 30, 40}, {{2, 2, 1, 0, 0, 2, 4, 6, 3, 0, 0}}},
       {"inside, count -2", false, 2, -2, -2, {0, 10, kNew, kNew, 20, 30, 40}, {{2, -2, 1, 0, -2, 2, 4, 4, 3, 0, 0}}},
       {"at the lower bound", false, 0, 3, 0, {kNew, kNew, kNew, 0, 10, 20, 30, 40}, {{0, 3, 1, 0, 0, 0, 4, 7, 5, 0, 0}}},
@@ -210,11 +195,7 @@ TEST(SccArray, InsertMovesTheRunsAndReportsThem) {
 // An in-place insertion copies only the run that moves, a fresh buffer gets both
 // runs; the first run is copied upward and the second downward from its top.
 TEST(SccArray, InsertCopiesOnlyWhatMoves) {
-  struct Case {
-    char const *name;
-    bool shared;
-    int index, count;
-    std::vector<BareArray::Copy> copies;
+  struct Case { char const *name; bool shared; int index, count; std::vector<BareArray::Copy> copies;
   } const cases[] = {
       {"in place, upper run moves", false, 2, 2, {{1, 11, 9, -3}}},
       {"in place, lower run moves", false, 2, -2, {{1, 3, 5, 2}}},
@@ -235,16 +216,11 @@ TEST(SccArray, InsertCopiesOnlyWhatMoves) {
   }
 }
 
-// Delete removes |count| elements inside the bounds; code 2 comes before anything
-// changes. Ranges that do not lie inside the bounds, and a count of 0, do nothing
-// and report nothing.
+// Delete removes |count| elements inside the bounds; code 2 comes before anything changes. Ranges that do not lie
+// inside the bounds, and a count of 0, do nothing and report nothing.
 TEST(SccArray, DeleteRemovesAndAnnouncesFirst) {
   std::vector<int> const all{0, 10, 20, 30, 40, 50, 60, 70, 80, 90};
-  struct Case {
-    char const *name;
-    int index, count, lower;
-    std::vector<int> contents;
-    std::vector<ParamFields> params;
+  struct Case { char const *name; int index, count, lower; std::vector<int> contents; std::vector<ParamFields> params;
   } const cases[] = {
       {"count 3 from 2", 2, 3, 0, {0, 10, 50, 60, 70, 80, 90}, {{2, 3, 1, 5, 2, 5, 1, 1, 2, 2, 3}}},
       {"count -3 below 5", 5, -3, 3, {0, 10, 50, 60, 70, 80, 90}, {{5, -3, 1, 5, 5, 5, 1, 4, 2, 2, 3}}},
@@ -281,15 +257,11 @@ TEST(SccArray, DeleteRemovesAndAnnouncesFirst) {
   }
 }
 
-// Hooks of code 2 may change the array: the removal then goes on in the bounds they
-// left (same indices) when the range still lies inside them, and a copy they take
-// keeps every element.
+// Hooks of code 2 may change the array: the removal then goes on in the bounds they left (same indices) when the range
+// still lies inside them, and a copy they take keeps every element.
 TEST(SccArray, DeleteAfterHooksChangedTheArray) {
-  struct Case {
-    char const *name;
-    std::function<void(SCC_Array<int> &, SCC_Array<int> &)> hook;
-    std::vector<int> contents, copy;
-  } const cases[] = {
+  struct Case { char const *name; std::function<void(SCC_Array<int> &, SCC_Array<int> &)> hook;
+      std::vector<int> contents, copy; } const cases[] = {
       {"hook removes the first element", [](auto &a, auto &) { a.Delete(0, 1); }, {10, 20, 30, 40, 50, 80, 90}, {}},
       {"hook clears the array", [](auto &a, auto &) { a.Clear(); }, {}, {}},
       {"hook takes a copy", [](auto &a, auto &copy) { copy = a; }, {0, 10, 20, 30, 40, 70, 80, 90},
@@ -310,8 +282,7 @@ TEST(SccArray, DeleteAfterHooksChangedTheArray) {
   }
 }
 
-// Clear drops the buffer and then raises code 2 with the old bounds; an empty array
-// raises nothing.
+// Clear drops the buffer and then raises code 2 with the old bounds; an empty array raises nothing.
 TEST(SccArray, ClearAnnouncesAfterwards) {
   SCC_Array<int> array;
   fillTens(array, -3, 4);
@@ -378,8 +349,7 @@ TEST(SccArray, IsValidReports) {
   buffer.m_Upper = kept[1];
 }
 
-// The base class has no elements: its Comp and Swap report with their own texts,
-// its CopyData reports without one.
+// The base class has no elements: its Comp and Swap report with their own texts, its CopyData reports without one.
 TEST(SccArray, BaseOperationsReport) {
   ReportSpy spy;
   SCC_Array<int> array;
@@ -400,11 +370,7 @@ TEST(SccArray, BaseOperationsReport) {
 // Bounds stay inside the index range: a change that would leave it is reported and
 // not made, and an index that cannot be reached throws after its report.
 TEST(SccArray, IndexRangeIsGuarded) {
-  struct Case {
-    char const *name;
-    std::function<void(SCC_Array<int> &)> change;
-    bool throws;
-  } const cases[] = {
+  struct Case { char const *name; std::function<void(SCC_Array<int> &)> change; bool throws; } const cases[] = {
       {"write at no position", [](auto &a) { a[INT_MAX] = 1; }, true},
       {"write past the highest upper bound", [](auto &a) { a[INT_MAX - 1] = 1; }, true},
       {"write at the lowest int", [](auto &a) { a[INT_MIN] = 1; }, true},
@@ -429,9 +395,8 @@ TEST(SccArray, IndexRangeIsGuarded) {
   }
 }
 
-// Bounds of more than 2^31 slots with their room are cut to the slots an int
-// counts; a granularity below 1 never makes the growth step smaller than the
-// request. The untyped work runs without storage.
+// Bounds of more than 2^31 slots with their room are cut to the slots an int counts; a granularity below 1 never makes
+// the growth step smaller than the request. The untyped work runs without storage.
 TEST(SccArray, HugeRoomIsCutToTheSlotCount) {
   BareArray array;
   array.ChangeBounds(-2000000000, 100000000);

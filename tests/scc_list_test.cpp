@@ -21,8 +21,7 @@ struct Named : SCC_DListRefNode {
   std::string m_Name;
 };
 
-/// The names of a list's nodes from head to tail, checked against the walk back
-/// from the tail.
+/// The names of a list's nodes from head to tail, checked against the walk back from the tail.
 std::string names(SCC_RefDList const &list) {
   std::string forward, backward;
   for (SCC_DListRefNode *node = list.GetHead(); node != nullptr; node = node->m_Next)
@@ -53,36 +52,6 @@ std::vector<int> values(List const &list) {
 }
 
 }  // namespace
-
-// A node leaving its list fixes the head and the tail wherever it stood. A node that
-// was only given a list (never linked) must not unlink anything when it changes again.
-TEST(SccRefDList, ChangeListFixesHeadAndTail) {
-  struct Case {
-    int leaving;
-    char const *remaining;
-  } const cases[] = {{0, "b c "}, {1, "a c "}, {2, "a b "}};
-  for (auto const &c : cases) {
-    SCOPED_TRACE(c.leaving);
-    SCC_RefDList list, other;
-    Named nodes[] = {Named("a"), Named("b"), Named("c")};
-    fill(list, {&nodes[0], &nodes[1], &nodes[2]});
-    Named &leaving = nodes[c.leaving];
-    leaving.ChangeList(&other);
-    EXPECT_EQ(names(list), c.remaining);
-    EXPECT_EQ(leaving.GetList(), &other);
-    EXPECT_EQ(leaving.m_Next, nullptr);
-    EXPECT_EQ(leaving.m_Prev, nullptr);
-    EXPECT_TRUE(list.IsValid());
-  }
-  SCC_RefDList single, list;
-  Named only("only", &single), a("a", &list), b("b", &list), loose("loose");
-  only.ChangeList(nullptr);
-  EXPECT_TRUE(single.IsEmpty());
-  EXPECT_EQ(single.GetTail(), nullptr);
-  loose.ChangeList(&list);
-  loose.ChangeList(nullptr);
-  EXPECT_EQ(names(list), "b a ");
-}
 
 // Each linking operation first takes the node out of the list it was in; bad arguments
 // are reported and change nothing (without an assertion manager they return null).
@@ -142,9 +111,8 @@ TEST(SccRefDList, NodeCopiesAssignmentsAndDestruction) {
   EXPECT_EQ(names(list), "b a' a ");
 }
 
-// Assignment takes over the other chain, leaving the target's old nodes in no list; so
-// do the copy constructor and Merge (to the tail, head first). A destroyed list leaves
-// its nodes listless.
+// Assignment takes over the other chain, leaving the target's old nodes in no list; so do the copy constructor and
+// Merge (to the tail, head first). A destroyed list leaves its nodes listless.
 TEST(SccRefDList, ListsTakeOverChains) {
   SCC_RefDList target, source;
   Named old("old", &target), a("a"), b("b"), c("c"), d("d");

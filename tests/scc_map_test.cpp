@@ -13,8 +13,7 @@ namespace {
 
 typedef SCC_Map<int, int> IntMap;
 
-/// A hook on an int-valued map that logs "code" or "code:value" and then runs an
-/// optional action.
+/// A hook on an int-valued map that logs "code" or "code:value" and then runs an optional action.
 struct MapProbe : SCC_EventHook<int> {
   int OnNotification(int code, int *param) override {
     std::string entry = std::to_string(code);
@@ -45,8 +44,65 @@ long identityHash(int const &key, long) { return key; }
 
 }  // namespace
 
-// A hash outside [0, count) is placed in bucket (hash as unsigned) % count and
-// cached unreduced; a given hash must match it for a lookup to succeed.
+// Insertion raises code 1 with the new value's address; a present key gives null and raises nothing. FindOrInsert
+// inserts the same way, or finds.
+TEST(SccMap, InsertAnnouncesTheNewValue) {
+  IntMap map(53);
+  MapProbe hook;
+  map.Insert(hook);  // hooks connect to a map as to any notifier
+  int *const value = map.Insert(7);
+  ASSERT_NE(value, nullptr);
+  EXPECT_EQ(*value, 0);
+  EXPECT_EQ(hook.m_LastValue, value);
+  EXPECT_EQ(map.Insert(7), nullptr);
+  EXPECT_EQ(map.GetCount(), 1);
+  EXPECT_EQ(hook.m_Log, (Log{"1:0"}));
+  EXPECT_EQ(map.Lookup(7)->m_Value, 0);
+  EXPECT_EQ(map.Lookup(8), nullptr);
+  *map.FindOrInsert(8) = 80;  // inserts as Insert does, then finds
+  EXPECT_EQ(*map.FindOrInsert(8), 80);
+  EXPECT_EQ(hook.m_Log, (Log{"1:0", "1:0"}));
+}
+
+// Removal raises code 2 while the entry is still in place, then frees it; a missing key raises nothing.
+TEST(SccMap, RemoveAnnouncesBeforeFreeing) {
+  IntMap map(53);
+  *map.Insert(4) = 40;
+  *map.Insert(57) = 570;  // same bucket as 4
+  MapProbe hook;
+  map.Insert(hook);
+  hook.m_Action = [&](int code, int *) {
+    if (code != 2) return;
+    EXPECT_NE(map.Lookup(4), nullptr);
+    EXPECT_EQ(map.GetCount(), 2);
+  };
+  EXPECT_EQ(map.Remove(4), 1);
+  EXPECT_EQ(map.Remove(4), 0);
+  EXPECT_EQ(hook.m_Log, (Log{"2:40"}));
+  EXPECT_EQ(map.Lookup(4), nullptr);
+  EXPECT_EQ(map.Lookup(57)->m_Value, 570);
+  EXPECT_EQ(map.GetCount(), 1);
+}
+
+// Emptying raises code 6 once and no code 2; destruction raises 6, then leaves the hooks unconnected.
+TEST(SccMap, RemoveAllAndDestruction) {
+  MapProbe hook;
+  {
+    IntMap map(5);
+    for (int key = 0; key < 12; ++key) map.Insert(key);
+    map.Insert(hook);
+    map.RemoveAll();
+    EXPECT_EQ(map.GetCount(), 0);
+    EXPECT_EQ(walk(map).size(), 0u);
+    EXPECT_EQ(hook.m_Log, (Log{"6"}));
+    map.Insert(1);
+  }
+  EXPECT_EQ(hook.m_Log, (Log{"6", "1:0", "6"}));
+  EXPECT_FALSE(hook.IsConnected());
+}
+
+// A hash outside [0, count) is placed in bucket (hash as unsigned) % count and cached unreduced; a given hash must
+// match it for a lookup to succeed.
 TEST(SccMap, HashesOutsideTheBucketCount) {
   IntMap map(53, &identityHash);
   map.Insert(60);
@@ -74,28 +130,6 @@ TEST(SccMap, NoCaseKeysFindEitherCase) {
   EXPECT_EQ(map.Insert("AbC"), nullptr);
   EXPECT_EQ(map.Remove("ABC"), 1);
   EXPECT_EQ(map.GetCount(), 0);
-}
-
-// String maps with the default hash find keys by the text hash whether it is
-// computed or given; with a custom hash the same keys are found by that hash.
-TEST(SccMap, StringKeysByDefaultGivenAndCustomHash) {
-  SCC_Map<SYS_String, int> byDefault(53);
-  *byDefault.Insert("geom(12)") = 12;
-  *byDefault.Insert("net(7)") = 7;
-  SYS_String const probe("geom(12)");  // a buffer of its own
-  ASSERT_NE(byDefault.Lookup(probe), nullptr);
-  EXPECT_EQ(byDefault.Lookup(probe, SCC_Hash(probe, 53))->m_Value, 12);
-  EXPECT_EQ(byDefault.Lookup(probe, 11), nullptr);
-  EXPECT_EQ(static_cast<long>(SCC_TextHash("geom(12)") % 53), SCC_Hash(probe, 53));
-
-  SCC_Map<SYS_String, int> byLength(5, [](SYS_String const &key, long n) { return key.GetLength() % n; });
-  *byLength.Insert("abc") = 1;
-  *byLength.Insert("xyz") = 2;  // same bucket, same hash: told apart by the key
-  EXPECT_EQ(byLength.Lookup("abc")->m_Value, 1);
-  EXPECT_EQ(byLength.Lookup("xyz")->m_Value, 2);
-  EXPECT_EQ(byLength.Lookup("abd"), nullptr);
-  EXPECT_EQ(byLength.Remove("xyz"), 1);
-  EXPECT_EQ(byLength.Lookup("abc", 3)->m_Value, 1);
 }
 
 // Hooks may change the map while it tells them: removing the entry being
@@ -158,9 +192,8 @@ TEST(SccMapReentrancy, HooksChangingTheMap) {
   }
 }
 
-// Copying a map moves its entries and hooks: the addresses hooks were told stay
-// valid, and the source is left empty with no hooks. Assignment first empties
-// the target (code 6 to its own hooks), which then loses those hooks.
+// Copying a map moves its entries and hooks: the addresses hooks were told stay valid, and the source is left empty
+// with no hooks. Assignment first empties the target (code 6 to its own hooks), which then loses those hooks.
 TEST(SccMap, CopyMovesEntriesAndHooks) {
   IntMap source(11);
   MapProbe sourceHook;
@@ -192,8 +225,7 @@ TEST(SccMap, CopyMovesEntriesAndHooks) {
   EXPECT_EQ(sourceHook.m_Log, (Log{"1:0", "2:50"}));
 }
 
-// An iterator set on an entry stands in that entry's bucket; it is valid only
-// with a map and an entry.
+// An iterator set on an entry stands in that entry's bucket; it is valid only with a map and an entry.
 TEST(SccMap, IteratorSetOnAnEntry) {
   IntMap map(10);
   map.Insert(13);

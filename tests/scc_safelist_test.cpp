@@ -59,10 +59,9 @@ TEST(SccSafeDList, DestroyedNodeLeavesAndMovesIterators) {
   EXPECT_EQ(values(list), (std::vector<int>{1, 3}));
 }
 
-// Emptying a list, by RemoveAll or by destroying it, unlinks the nodes first to last and
-// tells each node's iterators code 6 with the node once it is unlinked: they stand nowhere,
-// also the one on the first node that a removal (code 2) would have moved on. The nodes
-// stay alive and can be linked again.
+// Emptying a list, by RemoveAll or by destroying it, unlinks the nodes first to last and tells each node's iterators
+// code 6 with the node once it is unlinked: they stand nowhere, also the one on the first node that a removal (code 2)
+// would have moved on. The nodes stay alive and can be linked again.
 TEST(SccSafeDList, EmptyingTellsCodeSixAfterUnlinking) {
   struct Watch : List::Iterator {
     std::vector<std::string> *log = nullptr;
@@ -128,9 +127,8 @@ TEST(SccSafeDList, TakeOverMovesTheRing) {
   EXPECT_EQ(at(it), 2);
 }
 
-// Linking rules: null positions stand for the root; linking a linked node, or
-// next to an unlinked position, is reported and changes nothing; removing an
-// unlinked node returns null.
+// Linking rules: null positions stand for the root; linking a linked node, or next to an unlinked position, is reported
+// and changes nothing; removing an unlinked node returns null.
 TEST(SccSafeDList, LinkingRulesAndBadArguments) {
   Item a(1), b(2), c(3), d(4), loose(5);
   List list, other;

@@ -29,9 +29,8 @@ struct Footprint { Pad pad; };
 
 }  // namespace
 
-// The marker of a block is negative for every address of either data model, also
-// those above 2 GiB that a 32-bit process under a 64-bit kernel gets, and different
-// for every address at which an object can start.
+// The marker of a block is negative for every address of either data model, also those above 2 GiB that a 32-bit
+// process under a 64-bit kernel gets, and different for every address at which an object can start.
 TEST(SccSharedBuffer, AllocationMarkerIsNegativeAndUnique) {
   constexpr std::uintptr_t align = alignof(SCC_SharedBuffer);
   struct Case { char const *name; std::uintptr_t address; } const cases[] = {

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-// Last in, first out; the stack grows from index 0 through the array's growth and
-// never shrinks: a popped slot keeps its value until pushed over.
+// Last in, first out; the stack grows from index 0 through the array's growth and never shrinks: a popped slot keeps
+// its value until pushed over. A copy shares the buffer and takes the top; pushing onto either un-shares it.
 TEST(SccStack, LastInFirstOut) {
   SCC_Stack<int> stack;
   EXPECT_TRUE(stack.IsEmpty());
@@ -30,6 +30,19 @@ TEST(SccStack, LastInFirstOut) {
   stack.Pop();
   EXPECT_TRUE(stack.IsEmpty());  // empty means nothing pushed, whatever the array holds
   EXPECT_EQ(stack.GetCount(), 100);
+
+  SCC_Stack<int> shared;
+  shared.Push(1);
+  shared.Push(2);
+  SCC_Stack<int> copy(shared);
+  EXPECT_EQ(copy.GetData(), shared.GetData());
+  EXPECT_EQ(copy.GetTop(), 2);
+  copy.Push(3);
+  EXPECT_NE(copy.GetData(), shared.GetData());
+  EXPECT_EQ(shared.GetTop(), 2);
+  EXPECT_EQ(shared.GetUpperBound(), 2);
+  EXPECT_EQ(copy.Pop(), 3);
+  EXPECT_EQ(shared.Pop(), 2);
 }
 
 // Pop on an empty stack reports and runs on: the top goes to -1 and the element at
@@ -51,12 +64,8 @@ TEST(SccStack, PopOnEmptyRunsOn) {
 // Validity: the array's first (an empty stack has no buffer), then the top within
 // 0..upper bound and lower bound 0.
 TEST(SccStack, IsValid) {
-  struct Case {
-    char const *name;
-    std::function<void(SCC_Stack<int> &)> make;
-    int valid;
-    std::vector<std::string> reports;
-  } const cases[] = {
+  struct Case { char const *name; std::function<void(SCC_Stack<int> &)> make; int valid;
+      std::vector<std::string> reports; } const cases[] = {
       {"new", [](auto &) {}, 0, {"scc/scc: "}},
       {"pushed", [](auto &s) { s.Push(1); }, 1, {}},
       {"pushed and popped", [](auto &s) { s.Push(1), s.Pop(); }, 1, {}},
@@ -72,18 +81,3 @@ TEST(SccStack, IsValid) {
   }
 }
 
-// A copy shares the buffer and takes the top; pushing onto either un-shares it.
-TEST(SccStack, CopiesShare) {
-  SCC_Stack<int> stack;
-  stack.Push(1);
-  stack.Push(2);
-  SCC_Stack<int> copy(stack);
-  EXPECT_EQ(copy.GetData(), stack.GetData());
-  EXPECT_EQ(copy.GetTop(), 2);
-  copy.Push(3);
-  EXPECT_NE(copy.GetData(), stack.GetData());
-  EXPECT_EQ(stack.GetTop(), 2);
-  EXPECT_EQ(stack.GetUpperBound(), 2);
-  EXPECT_EQ(copy.Pop(), 3);
-  EXPECT_EQ(stack.Pop(), 2);
-}

@@ -16,8 +16,7 @@ namespace {
 
 typedef std::vector<std::string> Log;
 
-/// A handler that logs "name:code" and then runs an optional action with the handle
-/// it was told.
+/// A handler that logs "name:code" and then runs an optional action with the handle it was told.
 struct Spy : SCC_EventHook<int> {
   Spy(char const *name, Log &log, int priority = 0) : SCC_EventHook<int>(nullptr, priority), m_Name(name), m_Log(log) {}
   int OnNotification(int code, int *param) override {
@@ -98,10 +97,9 @@ TEST(SsmRecords, KeyAndBucket) {
   }
 }
 
-// Without handlers a warning continues, an error at depth 0 continues, and a critical
-// failure throws the site's record out of the report; through SSM_AssertFailed the
-// last-error code survives a report that returns and not one that throws. Handlers are
-// told the record's handle: its address itself, not a pointer to it.
+// Without handlers a warning continues, an error at depth 0 continues, and a critical failure throws the site's record
+// out of the report; through SSM_AssertFailed the last-error code survives a report that returns and not one that
+// throws. Handlers are told the record's handle: its address itself, not a pointer to it.
 TEST(SsmReport, DefaultsByType) {
   SSM manager;
   Log log;
@@ -131,9 +129,8 @@ TEST(SsmReport, DefaultsByType) {
   PLAT_SetLastError(0);
 }
 
-// Action handlers can only raise the action: ActFail makes the report return 0 and
-// SSM_Throw throw the record; ActThrow throws it from the report; ActFatal throws a
-// FatalException, even when a later handler asks for ActThrow.
+// Action handlers can only raise the action: ActFail makes the report return 0 and SSM_Throw throw the record; ActThrow
+// throws it from the report; ActFatal throws a FatalException, even when a later handler asks for ActThrow.
 TEST(SsmReport, HandlersRaiseTheAction) {
   struct Case { char const *name; SSM::Action first, second; int outcome; } cases[] = {
       // outcome: 0 returns 0 and SSM_Throw throws, 1 returns 1, 2 throws the record, 3 fatal
@@ -193,9 +190,8 @@ TEST(SsmReport, InvalidActionCode) {
   EXPECT_EQ(log, (Log{"bad:0", "bad:0"}));
 }
 
-// Silent mode and disabled sites skip the action handlers (so warnings and errors
-// continue) but not the report handlers; only a disabled site skips the log handlers.
-// A critical failure still throws.
+// Silent mode and disabled sites skip the action handlers (so warnings and errors continue) but not the report
+// handlers; only a disabled site skips the log handlers. A critical failure still throws.
 TEST(SsmReport, SilentModeAndDisabledSites) {
   struct Case { char const *name; bool silent, disabled; SSM_FailureType type; Log log; bool throws; } cases[] = {
       {"silent warning", true, false, SSM_Warning, {"report:0", "log:0"}, false},
@@ -274,9 +270,8 @@ TEST(SsmNested, SameSiteInsideItsOwnReport) {
   EXPECT_EQ(site.GetCount(), 2);
 }
 
-// An exception that leaves a handler passes through the report unchanged, and the
-// depth and active stack are unwound, also from two levels deep: the sites report
-// normally afterwards instead of being swallowed as still in progress.
+// An exception that leaves a handler passes through the report unchanged, and the depth and active stack are unwound,
+// also from two levels deep: the sites report normally afterwards instead of being swallowed as still in progress.
 TEST(SsmNested, HandlerThrowUnwindsTheReport) {
   SSM manager;
   Log log;
@@ -324,50 +319,6 @@ TEST(SsmNested, CaughtFatalStaysInside) {
   EXPECT_EQ(thrown->m_Line, 1);
 }
 
-// A handler may disconnect itself (the next handler is still told) or a handler not
-// yet reached (it is not told); the report goes on.
-TEST(SsmHandlers, DisconnectDuringReport) {
-  SSM manager;
-  Log log;
-  Spy first("first", log, 3), second("second", log, 2), third("third", log, 1);
-  first.m_Action = [&](SYS_Handle) { first.Disconnect(); };
-  second.m_Action = [&](SYS_Handle) { third.Disconnect(); };
-  for (Spy *spy : {&third, &second, &first}) manager.GetAssertEvent().Insert(*spy);
-  EXPECT_EQ(manager.AssertFailed("", "sys/hooks", 1, SSM_Warning, 0), 1);
-  EXPECT_EQ(log, (Log{"first:0", "second:0"}));
-  log.clear();
-  EXPECT_EQ(manager.AssertFailed("", "sys/hooks", 1, SSM_Warning, 0), 1);
-  EXPECT_EQ(log, (Log{"second:0"}));
-  EXPECT_EQ(SSM::AssertObj::GetChangeEvent(nullptr), &manager.GetAssertEvent());
-}
-
-// Managers made and destroyed in sequence: the newest is current, destroying any
-// manager leaves none current, the count follows every manager, copies included, and
-// a copy never becomes current.
-TEST(SsmLifecycle, ManagersInSequence) {
-  int const before = SSM::InstanceCount;
-  auto first = std::make_unique<SSM>();
-  EXPECT_EQ(SSM::GetManager(), first.get());
-  auto second = std::make_unique<SSM>();
-  EXPECT_EQ(SSM::GetManager(), second.get());
-  EXPECT_EQ(SSM::InstanceCount, before + 2);
-  {
-    SSM copy(*second);
-    EXPECT_EQ(SSM::InstanceCount, before + 3);
-    EXPECT_EQ(SSM::GetManager(), second.get());
-  }
-  EXPECT_EQ(SSM::GetManager(), second.get());
-  first.reset();
-  EXPECT_EQ(SSM::GetManager(), nullptr);
-  EXPECT_EQ(SSM_AssertFailed("", "sys/life", 1, SSM_Critical, 0), 0);  // falls through
-  EXPECT_EQ(second->GetRecordCount(), 0);
-  second.reset();
-  EXPECT_EQ(SSM::InstanceCount, before);
-  SSM third;
-  EXPECT_EQ(SSM::GetManager(), &third);
-  EXPECT_EQ(third.GetRecordCount(), 0);
-}
-
 // Copying hands the records, handlers and current assertion over to the copy; it is
 // refused with a report while a report is in progress.
 TEST(SsmLifecycle, CopyTakesOver) {
@@ -394,9 +345,8 @@ TEST(SsmLifecycle, CopyTakesOver) {
   EXPECT_EQ(copy.GetDepth(), -1);
 }
 
-// Records are listed bucket by bucket, each bucket from its latest record, and named
-// by handles that are their full addresses: a handle round-trips, a foreign or null one
-// designates nothing.
+// Records are listed bucket by bucket, each bucket from its latest record, and named by handles that are their full
+// addresses: a handle round-trips, a foreign or null one designates nothing.
 TEST(SsmAssertObj, ListingAndHandles) {
   SSM manager;
   std::multimap<long, int> byBucket;  // bucket -> line, in report order
@@ -440,6 +390,7 @@ TEST(SsmAssertObj, ListingAndHandles) {
 
 // Editing a record: Disable toggles, the log message and flag stick across reports, and
 // an object that designates nothing is reported (thrown with a manager, 0 without).
+// Records tell of their changes through the current manager's assertion event.
 TEST(SsmAssertObj, EditingAndInvalidObjects) {
   {
     SSM manager;
@@ -458,6 +409,7 @@ TEST(SsmAssertObj, EditingAndInvalidObjects) {
     EXPECT_EQ(site.GetCount(), 3);
     SSM::AssertObj const nothing;
     EXPECT_EQ(thrownText([&] { nothing.GetCount(); }).substr(0, 9), "ssm/ssm: ");
+    EXPECT_EQ(SSM::AssertObj::GetChangeEvent(nullptr), &manager.GetAssertEvent());
   }
   SSM::AssertObj nothing;
   EXPECT_EQ(nothing.GetCount(), 0);

@@ -29,7 +29,6 @@ Parsed parse(std::string const &markup) {
   return p;
 }
 
-std::string num(long v) { return std::to_string(v); }
 std::vector<Parsed> xorElements(SvgDrawArea const &svg) {
   std::vector<Parsed> out;
   for (auto const &e : svg.GetElements())
@@ -60,11 +59,10 @@ void recordFrame(CDynamic &layer, long dx) {
 
 }  // namespace
 
-// After a batch, the surface shows one XOR element per drawing command of the layer, in
-// order, at the coordinates recorded (base units, y up): boxes and fills as rectangles, ovals
-// as ellipses, the text set 100 high, scaled to its height and flipped upright at its
-// baseline, lines, the arc as a path counter-clockwise from its start (width 0: one pixel),
-// and each polyline of a set; texts are escaped.
+// After a batch, the surface shows one XOR element per drawing command of the layer, in order, at the coordinates
+// recorded (base units, y up): boxes and fills as rectangles, ovals as ellipses, the text set 100 high, scaled to its
+// height and flipped upright at its baseline, lines, the arc as a path counter-clockwise from its start (width 0: one
+// pixel), and each polyline of a set; texts are escaped.
 TEST(SvgDrawArea, ElementsMatchRecordedCommands) {
   SvgDrawArea svg(kView, 1000);
   CDynamic layer(&svg);
@@ -91,31 +89,8 @@ TEST(SvgDrawArea, ElementsMatchRecordedCommands) {
   EXPECT_EQ(shown, expected);
 }
 
-// XOR drawing twice takes the drawing away: a new frame erases the last one (flag 0) and
-// shows its own (flag 1), so only the newest frame is on the surface; Clear leaves none.
-TEST(SvgDrawArea, FramesReplaceEachOther) {
-  SvgDrawArea svg(kView, 1000);
-  CDynamic layer(&svg);
-  svg.PenColor(0x123456);
-  svg.DrawLine(SYS_Point(0, 0), SYS_Point(1, 1), 0, 0);  // the board, not XOR
-  recordFrame(layer, 0);
-  size_t const perFrame = xorElements(svg).size();
-  EXPECT_EQ(perFrame, 8u);
-  for (long dx : {1000000L, 2000000L, 3000000L}) {
-    SCOPED_TRACE(dx);
-    recordFrame(layer, dx);
-    std::vector<Parsed> const shown = xorElements(svg);
-    ASSERT_EQ(shown.size(), perFrame);
-    EXPECT_EQ(shown[0].attr.at("width"), num(30000000 + dx));
-  }
-  layer.Clear();
-  EXPECT_TRUE(xorElements(svg).empty());
-  EXPECT_EQ(svg.GetElements().size(), 1u);
-}
-
-// "Appear" and "disappear" are states: nested batches end with the drawing shown, and a
-// second disappear does not bring it back. Drawing the same XOR element twice directly
-// takes it away.
+// "Appear" and "disappear" are states: nested batches end with the drawing shown, and a second disappear does not bring
+// it back. Drawing the same XOR element twice directly takes it away.
 TEST(SvgDrawArea, AppearIsAState) {
   SvgDrawArea svg(kView, 1000);
   CDynamic layer(&svg);
@@ -186,8 +161,7 @@ TEST(SvgDrawArea, LifetimesOfSurfaceAndLayer) {
   EXPECT_EQ(outlives.GetBatchDepth(), 1);
 }
 
-// Redraw erases the surface, tells hooks and layers the code 1 with the whole view, and
-// the layers draw again.
+// Redraw erases the surface, tells hooks and layers the code 1 with the whole view, and the layers draw again.
 TEST(SvgDrawArea, RedrawTellsHooksAndLayers) {
   static std::vector<std::string> heard;
   heard.clear();

@@ -18,8 +18,11 @@ constexpr long L = SYS_CoordLimit;
 
 }  // namespace
 
-// A circle's box uses the signed radius (a negative one inverts it); the radius must lie inside the limit.
-TEST(SysCircle, BoxAndValidity) {
+// A circle's box uses the signed radius (a negative one inverts it); the radius must lie inside the limit. A segment's
+// box is normalized; its length is refined to the exact root.
+TEST(SysCircleAndSegment, BoxesLengthAndValidity) {
+  EXPECT_EQ(SYS_Segment(10, 0, 0, 10).GetBox(), SYS_Box(0, 0, 10, 10));
+  EXPECT_EQ(SYS_Segment(1, 1, 4, 5).GetLength(), 5.0);
   EXPECT_EQ(SYS_Circle(1, 2, 3).GetBox(), SYS_Box(-2, -1, 4, 5));
   EXPECT_EQ(SYS_Circle(1, 2, -3).GetBox(), SYS_Box(4, 5, -2, -1));
   struct Case { long r; int valid; } cases[] = {{L - 1, 1}, {L, 0}, {-(L - 1), 1}, {-L, 0}, {0, 1}};
@@ -30,14 +33,9 @@ TEST(SysCircle, BoxAndValidity) {
   }
 }
 
-// A segment's box is normalized; its length is refined to the exact root.
-TEST(SysSegment, BoxAndLength) {
-  EXPECT_EQ(SYS_Segment(10, 0, 0, 10).GetBox(), SYS_Box(0, 0, 10, 10));
-  EXPECT_EQ(SYS_Segment(1, 1, 4, 5).GetLength(), 5.0);
-}
-
 // The sweep follows the radius' sign: [0, turn) ccw, (-turn, 0] cw; equal ends sweep 0; radius 0 gets no correction.
-TEST(SysArc, SweepFollowsRadiusSign) {
+// The length is sweep × π × (1/half turn) × radius in that order: positive both ways.
+TEST(SysArc, SweepAndLengthFollowRadiusSign) {
   struct Case { ArcCase a; long sweep; } cases[] = {
       {{"quarter ccw", 10, 0, 0, 10, 0, 0, 10}, 162000000}, {{"quarter ends, cw", 10, 0, 0, 10, 0, 0, -10}, -486000000},
       {{"quarter ends, r 0", 10, 0, 0, 10, 0, 0, 0}, 162000000}, {{"back ccw", 0, 10, 10, 0, 0, 0, 10}, 486000000},
@@ -51,13 +49,9 @@ TEST(SysArc, SweepFollowsRadiusSign) {
   }
   EXPECT_EQ(cases[9].a.arc().GetStartAngle(), 162000000);
   EXPECT_EQ(cases[9].a.arc().GetEndAngle(), 0);
-}
-
-// Length is sweep × π × (1/half turn) × radius in that order: positive both ways.
-TEST(SysArc, Length) {
-  EXPECT_EQ((ArcCase{"", 10, 0, 0, 10, 0, 0, 10}).arc().GetLength(), 15.707963267948966);
-  EXPECT_DOUBLE_EQ((ArcCase{"", 10, 0, 0, 10, 0, 0, -10}).arc().GetLength(), 47.12388980384690);
-  EXPECT_EQ((ArcCase{"", 10, 0, 10, 0, 0, 0, 10}).arc().GetLength(), 0.0);
+  EXPECT_EQ(cases[0].a.arc().GetLength(), 15.707963267948966);
+  EXPECT_DOUBLE_EQ(cases[1].a.arc().GetLength(), 47.12388980384690);
+  EXPECT_EQ(cases[6].a.arc().GetLength(), 0.0);
 }
 
 // Both ends lie on the circle within 1 in the squared distance; ends whose square passes 32 bits fail.
@@ -71,29 +65,6 @@ TEST(SysArc, IsValidArc) {
   for (auto const &c : cases) {
     SCOPED_TRACE(c.a.name);
     EXPECT_EQ(c.a.arc().IsValidArc(), c.valid);
-  }
-}
-
-// The nearest extreme from a point in the arc's direction, or 0 when the end comes first; out gets its coordinate.
-TEST(SysArc, NearestExtremes) {
-  struct Case { ArcCase a; long fx, fy; int kx; long outX; int ky; long outY; } cases[] = {
-      {{"ccw from right to top", 10, 0, 0, 10, 0, 0, 10}, 10, 0, 0, 0, 0, 0},  // the top is the end
-      {{"cw from right to top", 10, 0, 0, 10, 0, 0, -10}, 10, 0, -1, -10, -1, -10},
-      {{"cw from the left point on", 10, 0, 0, 10, 0, 0, -10}, -10, 0, 0, 0, 0, 0},
-      {{"ccw upper half, end beyond", 6, 8, -6, -8, 0, 0, 10}, 6, 8, -1, -10, 1, 10},
-      {{"ccw upper half, end first", 6, 8, -8, 6, 0, 0, 10}, 6, 8, 0, 0, 1, 10},
-      {{"ccw lower half", -6, -8, -6, 8, 0, 0, 10}, -6, -8, 1, 10, -1, -10},
-      {{"offset center", 110, -50, 90, -50, 100, -50, 10}, 110, -50, 0, 100, 1, -40},
-  };
-  for (auto const &c : cases) {
-    SCOPED_TRACE(c.a.name);
-    SYS_Arc const a = c.a.arc();
-    SYS_Point out(123, 456);
-    EXPECT_EQ(a.GetXNearestExtrem(SYS_Point(c.fx, c.fy), &out), c.kx);
-    EXPECT_EQ(out, SYS_Point(c.outX, c.a.cy));
-    EXPECT_EQ(a.GetYNearestExtrem(SYS_Point(c.fx, c.fy), &out), c.ky);
-    EXPECT_EQ(out, SYS_Point(c.a.cx, c.ky ? c.outY : c.a.cy));
-    EXPECT_EQ(a.GetXNearestExtrem(SYS_Point(c.fx, c.fy), nullptr), c.kx);  // out is optional
   }
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 // Orientations are reduced by truncating division: the remainder keeps its sign (-700,000,000 gives -52,000,000).
+// Sums add origins and reduce the summed orientation.
 TEST(SysLocation, OrientationReducedKeepingItsSign) {
   struct Case { long given, stored; } cases[] = {
       {700000000, 52000000}, {-700000000, -52000000}, {648000000, 0}, {-648000000, 0}, {647999999, 647999999},
@@ -19,10 +20,6 @@ TEST(SysLocation, OrientationReducedKeepingItsSign) {
     EXPECT_EQ(l.GetOrientation(), c.stored);
     EXPECT_EQ(SYS_Position(SYS_Point(0, 0), c.given, 0).GetOrientation(), c.stored);
   }
-}
-
-// Sums add origins and reduce the summed orientation.
-TEST(SysLocation, SumReducesOrientation) {
   SYS_Location a(10, 20, 600000000);
   EXPECT_EQ(a + SYS_Location(1, -2, 100000000), SYS_Location(11, 18, 52000000));
   a += SYS_Location(0, 0, -640000000);

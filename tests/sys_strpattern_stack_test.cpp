@@ -1,8 +1,7 @@
 //===- tests/sys_strpattern_stack_test.cpp - Long texts, small stacks ---===//
 //
-// Repetitions over millions of occurrences and alternations of thousands of
-// alternatives run on a thread with a 256 KiB stack: a matcher that recursed
-// once per occurrence or per alternative would overflow it at once.
+// Repetitions over millions of occurrences and alternations of thousands of alternatives run on a thread with a 256 KiB
+// stack: a matcher that recursed once per occurrence or per alternative would overflow it at once.
 //
 //===------------------------------------------------------------------===//
 #include "bfc.h"
@@ -58,10 +57,9 @@ std::string repeat(char const *piece, int times) {
 
 }  // namespace
 
-// Greedy and shortest repetitions over a text of one repeated character iterate over their
-// occurrences: the whole text matches, given back where the rest of the pattern needs it.
-// A group matches each occurrence on its own, which costs more per occurrence: an eighth of
-// the text is still millions of occurrences.
+// Greedy and shortest repetitions over a text of one repeated character iterate over their occurrences: the whole text
+// matches, given back where the rest of the pattern needs it. A group matches each occurrence on its own, which costs
+// more per occurrence: an eighth of the text is still millions of occurrences.
 TEST(StrPatternLongText, RepetitionsOverOneRepeatedCharacter) {
   std::string const text(kLongText, 'a');
   struct Case { char const *pattern; size_t size; } const cases[] = {

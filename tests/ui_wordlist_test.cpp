@@ -32,8 +32,7 @@ TEST(UiWordList, GrowthKeepsTheWords) {
   EXPECT_EQ(list[list.GetSize() - 1], -300);
 }
 
-// A negative count, or a size past the range of an int, throws std::bad_alloc and leaves
-// the list as it was.
+// A negative count, or a size past the range of an int, throws std::bad_alloc and leaves the list as it was.
 TEST(UiWordList, ImpossibleGrowthThrows) {
   UI_WordList list;
   list.Append(7);

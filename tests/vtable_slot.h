@@ -5,9 +5,8 @@
 #include <cstdint>
 #include <cstring>
 
-/// The index of a virtual member function's entry in the virtual table, read from its member
-/// pointer: on the Itanium C++ ABI (x86_64 and i386 alike) such a pointer holds 1 + the byte
-/// offset of the entry, then an adjustment word.
+/// The index of a virtual member function's entry in the virtual table, read from its member pointer: on the Itanium
+/// C++ ABI (x86_64 and i386 alike) such a pointer holds 1 + the byte offset of the entry, then an adjustment word.
 template <class F>
 long vtableSlot(F function) {
   static_assert(sizeof(F) == 2 * sizeof(void *), "a member function pointer is two words here");
