@@ -197,4 +197,37 @@ void Array_Sort_StdSort(benchmark::State &state) {
 }
 BENCHMARK(Array_Sort_StdSort)->Unit(benchmark::kMillisecond);
 
+// The worst input of the partition: two distinct values. Both scans pass over elements
+// equal to the pivot, so the cost grows with the square of the count; std::sort stays
+// at n log n. Three sizes, each four times the last, show the growth.
+
+void Array_SortTwoValues_Bfc(benchmark::State &state) {
+  int const count = static_cast<int>(state.range(0));
+  for (auto _ : state) {
+    state.PauseTiming();
+    SCC_SortableArray<int> array;
+    array.ChangeBounds(0, count);
+    for (int i = 0; i < count; ++i) array[i] = i & 1;
+    state.ResumeTiming();
+    array.Sort(1);
+    benchmark::DoNotOptimize(array.GetData());
+  }
+  state.SetItemsProcessed(state.iterations() * count);
+}
+BENCHMARK(Array_SortTwoValues_Bfc)->Arg(1000)->Arg(4000)->Arg(16000)->Unit(benchmark::kMicrosecond);
+
+void Array_SortTwoValues_StdSort(benchmark::State &state) {
+  int const count = static_cast<int>(state.range(0));
+  for (auto _ : state) {
+    state.PauseTiming();
+    std::vector<int> vector(count);
+    for (int i = 0; i < count; ++i) vector[i] = i & 1;
+    state.ResumeTiming();
+    std::sort(vector.begin(), vector.end());
+    benchmark::DoNotOptimize(vector.data());
+  }
+  state.SetItemsProcessed(state.iterations() * count);
+}
+BENCHMARK(Array_SortTwoValues_StdSort)->Arg(1000)->Arg(4000)->Arg(16000)->Unit(benchmark::kMicrosecond);
+
 }  // namespace

@@ -187,4 +187,42 @@ void Map_LookupText_Std(benchmark::State &state) {
 }
 BENCHMARK(Map_LookupText_Std)->Unit(benchmark::kMillisecond);
 
+// The worst input: a hash that sends every key to one bucket, so each insertion
+// (which first looks for the key) and each lookup walks the whole chain. Both maps
+// get the same degenerate hash; the cost grows with the square of the count for
+// both, and the ratio is the constant of the chain walk. Three sizes, each four
+// times the last, show the growth.
+
+long oneBucketHash(int const &, long) { return 0; }
+struct OneBucketHash {
+  size_t operator()(int) const { return 0; }
+};
+
+void Map_OneBucket_Bfc(benchmark::State &state) {
+  int const count = static_cast<int>(state.range(0));
+  for (auto _ : state) {
+    SCC_Map<int, int> map(count, &oneBucketHash);
+    for (int key = 0; key < count; ++key) *map.Insert(key) = key;
+    long sum = 0;
+    for (int key = 0; key < count; ++key) sum += map.Lookup(key)->m_Value;
+    benchmark::DoNotOptimize(sum);
+  }
+  state.SetItemsProcessed(state.iterations() * count);
+}
+BENCHMARK(Map_OneBucket_Bfc)->Arg(250)->Arg(1000)->Arg(4000)->Unit(benchmark::kMicrosecond);
+
+void Map_OneBucket_Std(benchmark::State &state) {
+  int const count = static_cast<int>(state.range(0));
+  for (auto _ : state) {
+    std::unordered_map<int, int, OneBucketHash> map;
+    map.reserve(count);
+    for (int key = 0; key < count; ++key) map.emplace(key, key);
+    long sum = 0;
+    for (int key = 0; key < count; ++key) sum += map.find(key)->second;
+    benchmark::DoNotOptimize(sum);
+  }
+  state.SetItemsProcessed(state.iterations() * count);
+}
+BENCHMARK(Map_OneBucket_Std)->Arg(250)->Arg(1000)->Arg(4000)->Unit(benchmark::kMicrosecond);
+
 }  // namespace

@@ -87,6 +87,25 @@ void String_FindSubstring_Std(benchmark::State &state) {
 }
 BENCHMARK(String_FindSubstring_Std);
 
+// The worst input of a substring search: a text of one repeated character and a
+// needle of the same character ending in another, so that every position matches
+// almost to the needle's end. Texts of 4, 16 and 64 KiB show how the cost grows.
+std::string const kWorstNeedle = std::string(63, 'a') + "b";
+
+void String_FindWorstSubstring_Bfc(benchmark::State &state) {
+  SYS_String const s(std::string(static_cast<size_t>(state.range(0)), 'a').c_str());
+  for (auto _ : state) benchmark::DoNotOptimize(s.Find(kWorstNeedle.c_str(), 0));
+  state.SetBytesProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(String_FindWorstSubstring_Bfc)->Arg(4096)->Arg(16384)->Arg(65536);
+
+void String_FindWorstSubstring_Std(benchmark::State &state) {
+  std::string const s(static_cast<size_t>(state.range(0)), 'a');
+  for (auto _ : state) benchmark::DoNotOptimize(s.find(kWorstNeedle, 0));
+  state.SetBytesProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(String_FindWorstSubstring_Std)->Arg(4096)->Arg(16384)->Arg(65536);
+
 void String_InsertDeleteMiddle_Bfc(benchmark::State &state) {
   SYS_String s(std::string(4096, 'x').c_str());
   for (auto _ : state) {
