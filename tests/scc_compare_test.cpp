@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cmath>
 #include <cstdint>
 #include <string>
 
@@ -137,5 +138,18 @@ TEST(SccCompare, NoCaseIsTheRawLoweredDifference) {
     EXPECT_EQ(SCC_StrNoCase(c.a) == SCC_StrNoCase(c.b), c.result == 0);
     EXPECT_EQ(SCC_StrNoCase(c.a) == c.b, c.result == 0);
     EXPECT_EQ(c.a != SCC_StrNoCase(c.b), c.result != 0);
+  }
+}
+
+// Doubles: not-a-number compares equal to everything; otherwise numeric order.
+TEST(SccCompare, Doubles) {
+  double const nan = std::nan("");
+  struct Case { double a, b; int sign; } const cases[] = {
+      {1.0, 2.0, -1}, {2.0, 2.0, 0}, {-0.0, 0.0, 0}, {nan, 1.0, 0}, {nan, nan, 0}, {-1e300, 1e-300, -1},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(std::to_string(c.a) + " vs " + std::to_string(c.b));
+    EXPECT_EQ(SCC_Compare(c.a, c.b), c.sign);
+    EXPECT_EQ(SCC_Compare(c.b, c.a), -c.sign);
   }
 }

@@ -217,6 +217,42 @@ TEST(SccEventLifetime, EventDestroyedDuringDelivery) {
   for (Probe *p : {&a, &b, &c}) EXPECT_TRUE(isAlone(*p));
 }
 
+// Assignment drops the target's own nodes, takes the source's, and keeps the target's enabled flag.
+TEST(SccEventCopy, AssignmentKeepsTheTargetsEnabledFlag) {
+  Log log;
+  Probe mine(log, "mine"), theirs(log, "theirs");
+  SCC_Event<int> target, source;
+  target.Append(mine);
+  source.Append(theirs);
+  source.Disable();
+  target = source;
+  EXPECT_TRUE(target.IsEnabled());
+  EXPECT_FALSE(source.IsEnabled());
+  EXPECT_TRUE(isAlone(mine));
+  EXPECT_EQ(theirs.GetConnectedEvent(), &target);
+  EXPECT_EQ(deliver(target, log), (Log{"theirs:1"}));
+  target = target;  // self-assignment changes nothing
+  EXPECT_EQ(deliver(target, log), (Log{"theirs:1"}));
+}
+
+// A delivery running on an event that is copied away ends: the source has no
+// nodes left, and the copy's nodes are not told twice.
+TEST(SccEventCopy, CopyDuringDeliveryEndsTheSourcesDelivery) {
+  Log log;
+  Probe a(log, "a"), b(log, "b");
+  SCC_Event<int> source;
+  source.Append(a);
+  source.Append(b);
+  SCC_Event<int> *copy = nullptr;
+  a.m_Action = [&](int) {
+    if (copy == nullptr) copy = new SCC_Event<int>(source);
+  };
+  EXPECT_EQ(deliver(source, log), (Log{"a:1"}));
+  a.m_Action = nullptr;
+  EXPECT_EQ(deliver(*copy, log), (Log{"a:1", "b:1"}));
+  delete copy;
+}
+
 // A copied hook starts unconnected, with priority 0 and no handler; assigning a hook connects it just in front of the
 // source and takes the source's priority, keeping its own handler.
 TEST(SccEventCopy, HookCopyAndAssignment) {

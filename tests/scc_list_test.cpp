@@ -53,6 +53,36 @@ std::vector<int> values(List const &list) {
 
 }  // namespace
 
+// A node leaving its list fixes the head and the tail wherever it stood. A node that
+// was only given a list (never linked) must not unlink anything when it changes again.
+TEST(SccRefDList, ChangeListFixesHeadAndTail) {
+  struct Case {
+    int leaving;
+    char const *remaining;
+  } const cases[] = {{0, "b c "}, {1, "a c "}, {2, "a b "}};
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.leaving);
+    SCC_RefDList list, other;
+    Named nodes[] = {Named("a"), Named("b"), Named("c")};
+    fill(list, {&nodes[0], &nodes[1], &nodes[2]});
+    Named &leaving = nodes[c.leaving];
+    leaving.ChangeList(&other);
+    EXPECT_EQ(names(list), c.remaining);
+    EXPECT_EQ(leaving.GetList(), &other);
+    EXPECT_EQ(leaving.m_Next, nullptr);
+    EXPECT_EQ(leaving.m_Prev, nullptr);
+    EXPECT_TRUE(list.IsValid());
+  }
+  SCC_RefDList single, list;
+  Named only("only", &single), a("a", &list), b("b", &list), loose("loose");
+  only.ChangeList(nullptr);
+  EXPECT_TRUE(single.IsEmpty());
+  EXPECT_EQ(single.GetTail(), nullptr);
+  loose.ChangeList(&list);
+  loose.ChangeList(nullptr);
+  EXPECT_EQ(names(list), "b a ");
+}
+
 // Each linking operation first takes the node out of the list it was in; bad arguments
 // are reported and change nothing (without an assertion manager they return null).
 TEST(SccRefDList, LinkingMovesNodesAndRefusesBadArguments) {

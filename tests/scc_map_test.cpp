@@ -132,6 +132,28 @@ TEST(SccMap, NoCaseKeysFindEitherCase) {
   EXPECT_EQ(map.GetCount(), 0);
 }
 
+// String maps with the default hash find keys by the text hash whether it is
+// computed or given; with a custom hash the same keys are found by that hash.
+TEST(SccMap, StringKeysByDefaultGivenAndCustomHash) {
+  SCC_Map<SYS_String, int> byDefault(53);
+  *byDefault.Insert("geom(12)") = 12;
+  *byDefault.Insert("net(7)") = 7;
+  SYS_String const probe("geom(12)");  // a buffer of its own
+  ASSERT_NE(byDefault.Lookup(probe), nullptr);
+  EXPECT_EQ(byDefault.Lookup(probe, SCC_Hash(probe, 53))->m_Value, 12);
+  EXPECT_EQ(byDefault.Lookup(probe, 11), nullptr);
+  EXPECT_EQ(static_cast<long>(SCC_TextHash("geom(12)") % 53), SCC_Hash(probe, 53));
+
+  SCC_Map<SYS_String, int> byLength(5, [](SYS_String const &key, long n) { return key.GetLength() % n; });
+  *byLength.Insert("abc") = 1;
+  *byLength.Insert("xyz") = 2;  // same bucket, same hash: told apart by the key
+  EXPECT_EQ(byLength.Lookup("abc")->m_Value, 1);
+  EXPECT_EQ(byLength.Lookup("xyz")->m_Value, 2);
+  EXPECT_EQ(byLength.Lookup("abd"), nullptr);
+  EXPECT_EQ(byLength.Remove("xyz"), 1);
+  EXPECT_EQ(byLength.Lookup("abc", 3)->m_Value, 1);
+}
+
 // Hooks may change the map while it tells them: removing the entry being
 // inserted, removing the entry being removed, emptying the map, inserting.
 TEST(SccMapReentrancy, HooksChangingTheMap) {

@@ -152,6 +152,26 @@ int byKeyMeddling(Keyed const &a, Keyed const &b) {
 
 }  // namespace
 
+// An array of the library's own class sorts its slots directly; the result, down to
+// the order of equal keys, is the one the virtual Comp and Swap give.
+TEST(SccSortableArray, DirectSortMatchesTheVirtualOne) {
+  std::mt19937 random(17);
+  std::vector<Keyed> records(2000);
+  for (int k = 0; k < 2000; ++k) records[k] = Keyed{static_cast<int>(random() % 40), k};
+  for (int direction : {1, -1}) {
+    SCOPED_TRACE(direction);
+    SCC_SortableArray<Keyed> direct(byKey);
+    DerivedKeyedArray virtualOnly;
+    for (int k = 0; k < 2000; ++k) direct[k - 7] = virtualOnly[k - 7] = records[k];
+    direct.Sort(direction);
+    virtualOnly.Sort(direction);
+    for (int i = -7; i < 2000 - 7; ++i) {
+      ASSERT_EQ(direct[i].key, virtualOnly[i].key) << "at " << i;
+      ASSERT_EQ(direct[i].tag, virtualOnly[i].tag) << "at " << i;
+    }
+  }
+}
+
 // A compare function that changes the array while it is sorted cannot pull the
 // buffer away from the sort: the array ends as the function left it, nothing leaks.
 TEST(SccSortableArray, CompareFunctionChangingTheArray) {

@@ -319,6 +319,32 @@ TEST(SsmNested, CaughtFatalStaysInside) {
   EXPECT_EQ(thrown->m_Line, 1);
 }
 
+// Managers made and destroyed in sequence: the newest is current, destroying any manager leaves none current, the count
+// follows every manager, copies included, and a copy never becomes current.
+TEST(SsmLifecycle, ManagersInSequence) {
+  int const before = SSM::InstanceCount;
+  auto first = std::make_unique<SSM>();
+  EXPECT_EQ(SSM::GetManager(), first.get());
+  auto second = std::make_unique<SSM>();
+  EXPECT_EQ(SSM::GetManager(), second.get());
+  EXPECT_EQ(SSM::InstanceCount, before + 2);
+  {
+    SSM copy(*second);
+    EXPECT_EQ(SSM::InstanceCount, before + 3);
+    EXPECT_EQ(SSM::GetManager(), second.get());
+  }
+  EXPECT_EQ(SSM::GetManager(), second.get());
+  first.reset();
+  EXPECT_EQ(SSM::GetManager(), nullptr);
+  EXPECT_EQ(SSM_AssertFailed("", "sys/life", 1, SSM_Critical, 0), 0);  // falls through
+  EXPECT_EQ(second->GetRecordCount(), 0);
+  second.reset();
+  EXPECT_EQ(SSM::InstanceCount, before);
+  SSM third;
+  EXPECT_EQ(SSM::GetManager(), &third);
+  EXPECT_EQ(third.GetRecordCount(), 0);
+}
+
 // Copying hands the records, handlers and current assertion over to the copy; it is
 // refused with a report while a report is in progress.
 TEST(SsmLifecycle, CopyTakesOver) {

@@ -29,6 +29,7 @@ Parsed parse(std::string const &markup) {
   return p;
 }
 
+std::string num(long v) { return std::to_string(v); }
 std::vector<Parsed> xorElements(SvgDrawArea const &svg) {
   std::vector<Parsed> out;
   for (auto const &e : svg.GetElements())
@@ -87,6 +88,28 @@ TEST(SvgDrawArea, ElementsMatchRecordedCommands) {
     shown.push_back(e.markup);
   }
   EXPECT_EQ(shown, expected);
+}
+
+// XOR drawing twice takes the drawing away: a new frame erases the last one (flag 0) and
+// shows its own (flag 1), so only the newest frame is on the surface; Clear leaves none.
+TEST(SvgDrawArea, FramesReplaceEachOther) {
+  SvgDrawArea svg(kView, 1000);
+  CDynamic layer(&svg);
+  svg.PenColor(0x123456);
+  svg.DrawLine(SYS_Point(0, 0), SYS_Point(1, 1), 0, 0);  // the board, not XOR
+  recordFrame(layer, 0);
+  size_t const perFrame = xorElements(svg).size();
+  EXPECT_EQ(perFrame, 8u);
+  for (long dx : {1000000L, 2000000L, 3000000L}) {
+    SCOPED_TRACE(dx);
+    recordFrame(layer, dx);
+    std::vector<Parsed> const shown = xorElements(svg);
+    ASSERT_EQ(shown.size(), perFrame);
+    EXPECT_EQ(shown[0].attr.at("width"), num(30000000 + dx));
+  }
+  layer.Clear();
+  EXPECT_TRUE(xorElements(svg).empty());
+  EXPECT_EQ(svg.GetElements().size(), 1u);
 }
 
 // "Appear" and "disappear" are states: nested batches end with the drawing shown, and a second disappear does not bring

@@ -68,6 +68,29 @@ TEST(SysArc, IsValidArc) {
   }
 }
 
+// The nearest extreme from a point in the arc's direction, or 0 when the end comes first; out gets its coordinate.
+TEST(SysArc, NearestExtremes) {
+  struct Case { ArcCase a; long fx, fy; int kx; long outX; int ky; long outY; } cases[] = {
+      {{"ccw from right to top", 10, 0, 0, 10, 0, 0, 10}, 10, 0, 0, 0, 0, 0},  // the top is the end
+      {{"cw from right to top", 10, 0, 0, 10, 0, 0, -10}, 10, 0, -1, -10, -1, -10},
+      {{"cw from the left point on", 10, 0, 0, 10, 0, 0, -10}, -10, 0, 0, 0, 0, 0},
+      {{"ccw upper half, end beyond", 6, 8, -6, -8, 0, 0, 10}, 6, 8, -1, -10, 1, 10},
+      {{"ccw upper half, end first", 6, 8, -8, 6, 0, 0, 10}, 6, 8, 0, 0, 1, 10},
+      {{"ccw lower half", -6, -8, -6, 8, 0, 0, 10}, -6, -8, 1, 10, -1, -10},
+      {{"offset center", 110, -50, 90, -50, 100, -50, 10}, 110, -50, 0, 100, 1, -40},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.a.name);
+    SYS_Arc const a = c.a.arc();
+    SYS_Point out(123, 456);
+    EXPECT_EQ(a.GetXNearestExtrem(SYS_Point(c.fx, c.fy), &out), c.kx);
+    EXPECT_EQ(out, SYS_Point(c.outX, c.a.cy));
+    EXPECT_EQ(a.GetYNearestExtrem(SYS_Point(c.fx, c.fy), &out), c.ky);
+    EXPECT_EQ(out, SYS_Point(c.a.cx, c.ky ? c.outY : c.a.cy));
+    EXPECT_EQ(a.GetXNearestExtrem(SYS_Point(c.fx, c.fy), nullptr), c.kx);  // out is optional
+  }
+}
+
 // The box holds the ends and every extreme the arc passes, in its direction.
 TEST(SysArc, Box) {
   struct Case { ArcCase a; long l, lo, r, u; } cases[] = {

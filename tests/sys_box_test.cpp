@@ -17,6 +17,25 @@ constexpr long L = SYS_CoordLimit;
 
 }  // namespace
 
+// Empty means zero width or height; valid means normalized; an inverted box is neither; extents are signed.
+TEST(SysBox, EmptyAndValid) {
+  struct Case { const char *name; Coords c; int empty, valid; long dx, dy; } cases[] = {
+      {"flat", {0, 0, 10, 0}, 1, 1, 10, 0}, {"inverted", {10, 10, 0, 0}, 0, 0, -10, -10},
+      {"point", {3, 3, 3, 3}, 1, 1, 0, 0}, {"normal", {-1, -2, 3, 4}, 0, 1, 4, 6},
+      {"inverted in y", {0, 5, 10, 4}, 0, 0, 10, -1},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.name);
+    SYS_Box const b = box(c.c);
+    EXPECT_EQ(b.IsEmpty(), c.empty);
+    EXPECT_EQ(b.IsValid(), c.valid);
+    EXPECT_EQ(b.GetWidth(), c.dx);
+    EXPECT_EQ(b.GetHeight(), c.dy);
+  }
+  EXPECT_TRUE(SYS_Box(0, 0, 10, 10).IsInclude(SYS_Point(10, 0)));  // the edges count
+  EXPECT_FALSE(SYS_Box(0, 0, 10, 10).IsInclude(SYS_Point(11, 5)));
+}
+
 // The size form takes p as a corner: lower left for size >= 0, upper right for size < 0. Centres use 32-bit sums and
 // truncating division; SetCenter keeps the signed extents; Increase and Expand grow.
 TEST(SysBox, SquareCenterAndGrowth) {

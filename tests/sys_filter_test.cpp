@@ -64,6 +64,22 @@ TEST(SysFilter, TruthTables) {
   }
 }
 
+// A filter without a test passes nothing, so does a composite of such filters, and its
+// negation passes everything; a composite built by hand with a missing operand asks none.
+TEST(SysFilter, EmptyFilters) {
+  SYS_Filter a, b;
+  for (SYS_Handle item : {SYS_Handle(0), SYS_Handle(1), SYS_Handle(-5)}) {
+    SCOPED_TRACE(item);
+    EXPECT_EQ(a.IsTrue(item), 0);
+    EXPECT_EQ((a & b).IsTrue(item), 0);
+    EXPECT_EQ((a | b).IsTrue(item), 0);
+    EXPECT_EQ((!(a & b)).IsTrue(item), 1);
+  }
+  SYS_Filter orphanAnd(nullptr, nullptr, SYS_Filter::And_F), orphanNot(nullptr, nullptr, SYS_Filter::Not_F);
+  EXPECT_EQ(orphanAnd.IsTrue(1), 0);
+  EXPECT_EQ(orphanNot.IsTrue(1), 1);
+}
+
 // A composite belongs to the filter on its left; a second operator on the same filter makes a second composite, and
 // both live until their owner goes (the sanitizer's leak check sees any composite left behind).
 TEST(SysFilter, Ownership) {

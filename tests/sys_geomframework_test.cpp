@@ -134,6 +134,22 @@ TEST(GeomNode, IncludeAndSearch) {
   });
 }
 
+// A walk to a node's predecessor does not pass a node of type 6: GetPrevRoot gives null, ExcludeRoot does nothing.
+TEST(GeomNode, TypeSixStopsPredecessorWalks) {
+  Node head, a(1), barrier(6), b(2);
+  head.IncludeRoot(&b);
+  head.IncludeRoot(&barrier);
+  head.IncludeRoot(&a);  // head, a, barrier, b
+  EXPECT_EQ(head.GetPrevRoot(&head), nullptr);
+  EXPECT_EQ(head.GetPrevRoot(&barrier), &b);  // the walk starts behind the barrier
+  b.ExcludeRoot(&a);  // the walk from a meets the barrier before reaching the head
+  EXPECT_EQ(ring(head), (Ring{&head, &a, &barrier, &b}));
+  head.ExcludeRoot(&barrier);  // behind it: b, head, a; a's next is the barrier
+  EXPECT_EQ(ring(head), (Ring{&head, &a, &b}));
+  EXPECT_EQ(ring(barrier), (Ring{&barrier}));
+  EXPECT_EQ(head.GetNextGeomRoot(), &a);
+}
+
 // A node of another ring, or a copy that took a node's link, never makes a walk spin: it ends finding nothing.
 TEST(GeomNode, ForeignRingsEndTheWalk) {
   Node head, a(1), b(1), other, x(3), y(3);

@@ -177,3 +177,25 @@ TEST(StrPatternMatch, EmptyNullAndEmptyPattern) {
   }
   EXPECT_EQ(SYS_StrPattern("b").Match("abc", nullptr), 1);
 }
+
+// Successive matches are replaced; the search restarts after each replacement (so "^"
+// matches there again), and after an empty match one character is kept and passed.
+TEST(StrPatternSubstitute, ReplacesSuccessiveMatches) {
+  struct Case { char const *pattern, *replacement, *text; int maxCount; char const *result; int count; };
+  Case const cases[] = {
+      {"a", "bb", "aaa", 0, "bbbbbb", 3}, {"a", "bb", "aaa", 2, "bbbba", 2}, {"a", "bb", "aaa", -1, "bbbbbb", 3},
+      {"a", "aa", "aaa", 0, "aaaaaa", 3},  // replacements are not searched again
+      {"^a", "b", "aaa", 0, "bbb", 3}, {"^a", "b", "aba", 0, "bba", 1}, {"b", "", "abcb", 0, "ac", 2},
+      {"x*", "-", "ab", 0, "-a-b", 2}, {"x*", "-", "", 0, "", 0}, {"a*", "-", "aab", 0, "--b", 2},
+      {"x*", "-", "é", 0, "-é", 1},  // a whole character is kept
+      {"é", "e", "aéé", 0, "aee", 2}, {"z", "y", "abc", 0, "abc", 0}, {"$", "y", "abc", 0, "abc", 0},
+      {"[", "y", "a[b", 0, "a[b", 0},  // does not compile: nothing happens
+      {":z", "<n>", "R10 C-3", 0, "R<n> C<n>", 2},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(std::string(c.pattern) + " -> " + c.replacement + " in " + c.text);
+    SYS_String text(c.text);
+    EXPECT_EQ(SYS_StrPattern(c.pattern).Substitute(text, c.replacement, c.maxCount), c.count);
+    EXPECT_STREQ(text, c.result);
+  }
+}

@@ -25,6 +25,26 @@ TEST(NumberRecognisers, Doubles) {
   }
 }
 
+// The scanners return where the scan stopped inside the text, or null when no number starts it.
+TEST(NumberRecognisers, ScanEnds) {
+  char const exponent[] = "1.5e10", twoPoints[] = "1.2.3", exponentPoint[] = "2e3.5", multibyte[] = "12\xC3\xA9",
+             hex[] = "0x1F", zeroX[] = "0xg";
+  struct Case { char const *name, *text, *end; int used; } cases[] = {  // used -1: null
+      {"plain mode stops at e", exponent, getdouble(exponent, 1), 3}, {"exponent", exponent, getdouble(exponent, 0), 6},
+      {"no digit", "e5", getdouble("e5", 1), -1}, {"null", nullptr, getdouble(nullptr, 0), -1},
+      {"second point", twoPoints, getdouble(twoPoints, 0), 3},
+      {"point in exponent", exponentPoint, getdouble(exponentPoint, 0), 3},
+      {"multibyte double", multibyte, getdouble(multibyte, 0), 2},
+      {"multibyte integer", multibyte, getinteger(multibyte, 1), 2},
+      {"hexadecimal in octal", hex, getinteger(hex, 3), 1}, {"empty integer", "", getinteger("", 1), -1},
+      {"null integer", nullptr, getinteger(nullptr, 1), -1}, {"0x without digits", zeroX, getinteger(zeroX, 0), 1},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(c.end, c.used < 0 ? nullptr : c.text + c.used);
+  }
+}
+
 // Integers count digits of the chosen base; signs are skipped anywhere; base 0 picks it by prefix ("0x", "0", else 10).
 TEST(NumberRecognisers, Integers) {
   struct Case { char const *text; int dec, hex, oct, any; } cases[] = {

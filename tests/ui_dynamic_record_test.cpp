@@ -135,6 +135,41 @@ struct BoundsCase {
 
 }  // namespace
 
+// The bounds take the first drawn box as it is (they start as the zero box, a single point); later boxes are combined,
+// a degenerate line's too. Pens do not count; an arc counts with its box, not its points; a detached text not at all.
+TEST(DynamicRecording, Bounds) {
+  BoundsCase const cases[] = {
+      {"nothing recorded", [](CDynamic &) {}, SYS_Box()},
+      {"pens only", [](CDynamic &d) { d.PenColor(3), d.PenSize(100), d.PenCap(1); }, SYS_Box()},
+      {"first box replaces the zero box", [](CDynamic &d) { d.DrawXorBox(SYS_Box(10, 10, 20, 20)); },
+       SYS_Box(10, 10, 20, 20)},
+      {"a single point is replaced by the next box",
+       [](CDynamic &d) { d.DrawLine(SYS_Point(5, 5), SYS_Point(5, 5), 0, 0), d.FillRect(SYS_Box(10, 10, 20, 20), 1); },
+       SYS_Box(10, 10, 20, 20)},
+      {"a vertical line is combined, not replaced",
+       [](CDynamic &d) {
+         d.DrawLine(SYS_Point(5, 0), SYS_Point(5, 10), 0, 0), d.FillRect(SYS_Box(10, 10, 20, 20), 1);
+       },
+       SYS_Box(5, 0, 20, 20)},
+      {"a horizontal line is combined, not replaced",
+       [](CDynamic &d) { d.DrawLine(SYS_Point(0, 5), SYS_Point(9, 5), 0, 0), d.DrawXorBox(SYS_Box(1, 1, 2, 2)); },
+       SYS_Box(0, 1, 9, 5)},
+      {"arc grows by its box, not its points",
+       [](CDynamic &d) { d.DrawArc(SYS_Box(0, 0, 10, 10), SYS_Point(100, 100), SYS_Point(-100, -100), 1, 1); },
+       SYS_Box(0, 0, 10, 10)},
+      {"no polylines leave the bounds", [](CDynamic &d) { d.FastPolyPolyline(nullptr, nullptr, 0); }, SYS_Box()},
+      {"a detached text leaves the bounds",
+       [](CDynamic &d) { d.DrawXorBox(SYS_Box(1, 1, 2, 2)), d.DrawXorText("label", 0, 0, 100L, 100L, 0); },
+       SYS_Box(1, 1, 2, 2)},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.name);
+    CDynamic layer;
+    c.record(layer);
+    EXPECT_EQ(layer.GetBounds(), c.bounds);
+  }
+}
+
 // Construction installs the layer on its surface; Install with null changes nothing;
 // SetDrawArea changes the surface silently.
 TEST(DynamicLayer, InstallAndSetDrawArea) {
@@ -191,4 +226,30 @@ TEST(DynamicLayer, ScreenDrawForwarding) {
   EXPECT_EQ(surface.log, (std::vector<std::string>{"StartScreenDraw"}));
   CDynamic detached;
   detached.StartScreenDraw();  // nothing to forward to
+}
+
+// Detached (here by the notification 2), the layer records on, but Clear keeps the list,
+// EndBatchDraw keeps the depth and a replay draws nothing.
+TEST(DynamicLayer, DetachedAfterCodeTwo) {
+  LogSurface surface;
+  SCC_Event<UI_DrawArea::RedrawBlock> redraw;
+  CDynamic layer(&surface);
+  redraw.Append(layer);
+  layer.StartBatchDraw();
+  layer.DrawXorBox(SYS_Box(0, 0, 5, 5));
+  redraw.Notify(2, nullptr);
+  EXPECT_EQ(layer.GetDrawArea(), nullptr);
+  EXPECT_TRUE(layer.IsConnected());
+  surface.log.clear();
+
+  layer.Clear();
+  layer.StartBatchDraw();
+  layer.DrawXorBox(SYS_Box(1, 1, 6, 6));
+  layer.EndBatchDraw();
+  static_cast<UI_DrawArea &>(layer).Redraw();
+  redraw.Notify(1, nullptr);
+  EXPECT_TRUE(surface.log.empty());
+  EXPECT_EQ(layer.GetBatchDepth(), 2);
+  EXPECT_EQ(wordsOf(layer), (Words{2, 0, 0, 5, 5, 2, 1, 1, 6, 6}));
+  EXPECT_EQ(layer.GetBounds(), SYS_Box(0, 0, 6, 6));
 }

@@ -27,6 +27,22 @@ Log replay(OpenLayer &layer, LogSurface &surface) {
 
 }  // namespace
 
+// The notification codes 0 and 1 replay the layer; others do nothing; the answer is 0.
+TEST(DynamicReplay, NotificationCodes) {
+  LogSurface surface;
+  CDynamic layer(&surface);
+  layer.PenColor(1);
+  for (int code : {0, 1, 3, -1, 100}) {
+    SCOPED_TRACE(code);
+    surface.log.clear();
+    EXPECT_EQ(layer.OnNotification(code, nullptr), 0);
+    bool const replays = code == 0 || code == 1;
+    EXPECT_EQ(surface.log, (replays ? Log{"GetPenMode", "PenColor(1)", "PenMode(13)"} : Log{}));
+  }
+  EXPECT_EQ(layer.OnNotification(2, nullptr), 0);
+  EXPECT_EQ(layer.GetDrawArea(), nullptr);
+}
+
 // Words that are no command are skipped one by one; a command cut short by the end of the
 // list, or whose counts cannot be read whole, ends the walk; the pen mode is restored.
 TEST(DynamicReplay, MalformedLists) {
