@@ -296,6 +296,47 @@ TEST(SccArray, ClearAnnouncesAfterwards) {
   EXPECT_EQ(log.m_Entries.size(), 1u);
 }
 
+/// The number of slots of `array` (also those outside its bounds) that hold `part`.
+static int slotsHolding(SCC_Array<PartRef> &array, Part *part) {
+  auto *const buffer = static_cast<SCC_Array<PartRef>::Buffer *>(array.GetData());
+  int n = 0;
+  for (int s = 0; buffer != nullptr && s < slotsOf(array); ++s) n += buffer->m_Elements[s].Get() == part;
+  return n;
+}
+
+// Shared pointers as elements: every object's count equals the number of slots that hold it, through growth, moves,
+// sharing and un-sharing, and every object is freed when the arrays go.
+TEST(SccArray, SharedPointerElementsStayBalanced) {
+  Part::s_Alive = 0;
+  {
+    std::vector<PartRef> parts;  // one more holder each, so removed parts stay to be counted
+    SCC_Array<PartRef> array, copy;
+    auto const check = [&](char const *step) {
+      SCOPED_TRACE(step);
+      for (PartRef const &part : parts) {
+        int holders = slotsHolding(array, part.Get());
+        if (copy.GetData() != array.GetData()) holders += slotsHolding(copy, part.Get());
+        EXPECT_EQ(part->GetRefCount(), holders + 1);
+      }
+    };
+    for (int i = 0; i < 6; ++i) array[i] = parts.emplace_back(new Part);
+    check("appended");
+    std::pair<char const *, std::function<void()>> const steps[] = {
+        {"inserted", [&] { array.Insert(2, 3); }},
+        {"deleted", [&] { array.Delete(0, 2); }},
+        {"shared", [&] { copy = array; }},
+        {"un-shared", [&] { copy[copy.GetLowerBound()] = nullptr; }},
+        {"grown below", [&] { array[-20] = parts[0]; }},
+        {"deleted the first", [&] { array.Delete(-20, 1); }},
+    };
+    for (auto const &[name, step] : steps) {
+      step();
+      check(name);
+    }
+  }
+  EXPECT_EQ(Part::s_Alive, 0);
+}
+
 // The typed copy starts a change event of its own, enabled and without hooks; the
 // untyped copy constructor takes over the hooks and the enabled flag.
 TEST(SccArray, CopiesAndTheirHooks) {
