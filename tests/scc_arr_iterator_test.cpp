@@ -146,3 +146,21 @@ TEST(SccArrayIterator, NotificationGuards) {
     EXPECT_EQ(spy.Summary(), c.param != nullptr ? std::vector<std::string>{} : std::vector<std::string>{"scc/scc: "});
   }
 }
+
+// A handler may move an iterator's array along during its own notification: the
+// iterators connected behind it still see each change once, in the order raised.
+TEST(SccArrayIterator, NestedChangesReachEveryIterator) {
+  SCC_Array<int> array;
+  fillTens(array, 0, 10);
+  IntIterator follower(&array, 6);
+  ChangeLog first(10);
+  first.m_Action = [&](int code, SCC_ArrayParam *) {
+    if (code == 2 && first.m_Entries.size() == 1) array.Delete(0, 1);  // removes element 0 first
+  };
+  array.RegisterIterator(first);
+  array.Delete(8, 1);
+  // The follower sees the inner removal (6 -> 5) and then the outer one, whose runs
+  // it applies to its new index: 5 is below 8 and stays.
+  EXPECT_EQ(follower.GetIndex(), 5);
+  EXPECT_EQ(array[follower.GetIndex()], 60);
+}

@@ -163,6 +163,25 @@ TEST(SccEventReentrancy, HandlersChangingTheEvent) {
   }
 }
 
+// Nodes connected during a delivery are told when they land ahead of the cursor
+// (right after it, or last) and not when they land in the part already passed.
+TEST(SccEventReentrancy, ConnectionsAheadAndBehindTheCursor) {
+  Log log;
+  Probe top(log, "top", 9), cur(log, "cur", 5), low(log, "low", 1);
+  Probe passed(log, "passed", 7), rightBehind(log, "behind", 5), after(log, "after", 3), last(log, "last", 0);
+  SCC_Event<int> event;
+  for (Probe *p : {&top, &cur, &low}) event.Insert(*p);
+  cur.m_Action = [&](int) {
+    event.Insert(passed);       // between top and cur: already passed
+    event.Insert(rightBehind);  // equal priority: just in front of cur, passed too
+    event.Insert(after);        // right after cur: ahead
+    event.Insert(last);         // after low: ahead
+  };
+  EXPECT_EQ(deliver(event, log), (Log{"top:1", "cur:1", "after:1", "low:1", "last:1"}));
+  cur.m_Action = nullptr;
+  EXPECT_EQ(deliver(event, log), (Log{"top:1", "passed:1", "behind:1", "cur:1", "after:1", "low:1", "last:1"}));
+}
+
 // While a delivery runs, the event names its innermost record: a nested delivery has a
 // record of its own, the outer one is back when it returns, and a throwing handler leaves
 // the record as it was before its delivery, so an outer delivery that catches goes on.
@@ -215,6 +234,33 @@ TEST(SccEventLifetime, EventDestroyedDuringDelivery) {
   event->Notify(1, nullptr);
   EXPECT_EQ(log, (Log{"a:1", "a:2", "b:2"}));
   for (Probe *p : {&a, &b, &c}) EXPECT_TRUE(isAlone(*p));
+}
+
+// A node destroyed by another node's handler is skipped; one that destroys itself does not stop the delivery.
+TEST(SccEventLifetime, NodesDestroyedDuringDelivery) {
+  struct SelfDestroying : SCC_EventNode<int> {
+    explicit SelfDestroying(Log &log) : m_Log(&log) {}
+    int OnNotification(int, int *) override {
+      m_Log->push_back("self");
+      delete this;
+      return 0;
+    }
+    Log *m_Log;
+  };
+  Log log;
+  Probe a(log, "a"), d(log, "d");
+  auto *b = new Probe(log, "b");
+  SCC_Event<int> event;
+  event.Append(a);
+  event.Append(*b);
+  event.Append(*new SelfDestroying(log));
+  event.Append(d);
+  a.m_Action = [&](int) {
+    delete b;
+    b = nullptr;
+  };
+  EXPECT_EQ(deliver(event, log), (Log{"a:1", "self", "d:1"}));
+  EXPECT_EQ(deliver(event, log), (Log{"a:1", "d:1"}));
 }
 
 // Assignment drops the target's own nodes, takes the source's, and keeps the target's enabled flag.

@@ -48,6 +48,63 @@ TEST(SccSharedBuffer, AllocationMarkerIsNegativeAndUnique) {
   }
 }
 
+// The shared operator new remembers its block; the first holder of an object made
+// there gets 1 and deletes it when it lets go.
+TEST(SccSharedBuffer, SharedNewObjectIsDeletedByItsLastHolder) {
+  Pad::s_Destroyed = 0;
+  Pad *const pad = new Pad(7);
+  EXPECT_EQ(SCC_SharedBuffer::s_LastAllocated, static_cast<void *>(pad));  // what new gave
+  EXPECT_EQ(pad->GetRefCount(), 0);  // never referenced yet
+  EXPECT_FALSE(pad->IsShared());
+  {
+    SCC_SharedPointer<Pad> first(pad);
+    EXPECT_EQ(pad->GetRefCount(), 1);
+    SCC_SharedPointer<Pad> second(first);
+    EXPECT_EQ(pad->GetRefCount(), 2);
+    EXPECT_TRUE(pad->IsShared());
+  }
+  EXPECT_EQ(Pad::s_Destroyed, 1);
+}
+
+// Objects not made by the shared operator new (on the stack, static, a member, or made after another shared block)
+// count 2 from their first holder on and are never deleted by their holders.
+TEST(SccSharedBuffer, OtherObjectsAreNeverDeletedByHolders) {
+  static Pad staticPad;
+  Pad stackPad;
+  Footprint footprint;
+  delete new Pad;  // a shared block given out last and freed: its address may come back
+  auto *const heapFootprint = new Footprint;  // an ordinary new: its pad is a member
+  SCC_SharedPointer<Pad> alive(new Pad);      // a shared block given out last, alive
+  Pad laterPad;
+  struct Case { char const *name; Pad *pad; } const cases[] = {
+      {"static", &staticPad}, {"stack", &stackPad},      {"member", &footprint.pad},
+      {"member of a heap object", &heapFootprint->pad}, {"made after a shared block", &laterPad},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.name);
+    Pad::s_Destroyed = 0;
+    EXPECT_EQ(c.pad->GetRefCount(), 0);
+    {
+      SCC_SharedPointer<Pad> holder(c.pad);
+      EXPECT_EQ(c.pad->GetRefCount(), 2);
+      EXPECT_TRUE(c.pad->IsShared());
+    }
+    EXPECT_EQ(c.pad->GetRefCount(), 1);
+    EXPECT_EQ(Pad::s_Destroyed, 0);
+  }
+  delete heapFootprint;
+}
+
+// Freeing the block given out last forgets it; freeing an older one does not.
+TEST(SccSharedBuffer, FreedBlockIsForgotten) {
+  Pad *const older = new Pad;
+  Pad *const newer = new Pad;
+  delete older;
+  EXPECT_EQ(SCC_SharedBuffer::s_LastAllocated, static_cast<void *>(newer));
+  delete newer;
+  EXPECT_EQ(SCC_SharedBuffer::s_LastAllocated, nullptr);
+}
+
 // Copying makes a count of the copy's own; assignment leaves the target's count.
 TEST(SccSharedBuffer, CopyAndAssignmentKeepCountsApart) {
   SCC_SharedPointer<Pad> held(new Pad(1));
@@ -61,6 +118,20 @@ TEST(SccSharedBuffer, CopyAndAssignmentKeepCountsApart) {
   EXPECT_EQ(held->GetRefCount(), 1);
   EXPECT_EQ(held->number, 2);
   EXPECT_EQ(other->GetRefCount(), 2);
+}
+
+// A holder of a base that does not start the object still passes the object's start
+// to Ref, so the object is recognised as shared-made and freed.
+TEST(SccSharedPointer, BaseAtAnOffsetIsStillOwned) {
+  Pad::s_Destroyed = 0;
+  auto *const labelled = new LabelledPad;
+  Pad *const base = labelled;
+  ASSERT_NE(static_cast<void *>(base), static_cast<void *>(labelled));
+  {
+    SCC_SharedPointer<Pad> holder(base);
+    EXPECT_EQ(base->GetRefCount(), 1);
+  }
+  EXPECT_EQ(Pad::s_Destroyed, 1);
 }
 
 // Reassignment takes the new object before letting go of the old one: assigning the
@@ -80,4 +151,17 @@ TEST(SccSharedPointer, AssignmentTakesBeforeLettingGo) {
   holder = nullptr;
   EXPECT_EQ(Pad::s_Destroyed, 2);
   EXPECT_EQ(holder.Get(), nullptr);
+}
+
+// Letting go clears the holder before the count drops, so a destructor that looks at its holder sees it empty.
+TEST(SccSharedPointer, ReleaseClearsFirst) {
+  static SCC_SharedPointer<Pad> *watched = nullptr;
+  static bool sawEmpty = false;
+  struct Watcher : Pad {
+    ~Watcher() override { sawEmpty = watched->Get() == nullptr; }
+  };
+  SCC_SharedPointer<Pad> holder(new Watcher);
+  watched = &holder;
+  holder.Release();
+  EXPECT_TRUE(sawEmpty);
 }

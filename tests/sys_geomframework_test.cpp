@@ -93,6 +93,23 @@ TEST(StdInterface, DefaultSortIsTheSaturatedDifference) {
   EXPECT_TRUE(std::is_sorted(handles.begin(), handles.end()));
 }
 
+// The host's overrides rely on the slot order: the cursor's eight operations, then the iterator's eight values.
+TEST(StdInterface, VirtualSlotsKeepTheirOrder) {
+  long const slots[] = {
+      vtableSlot(&SYS_StdInterface::GetChangeEvent),     vtableSlot(&SYS_StdInterface::SetMaxHandle),
+      vtableSlot(&SYS_StdInterface::IsValid),            vtableSlot(&SYS_StdInterface::SetHandle),
+      vtableSlot(&SYS_StdInterface::GetHandle),          vtableSlot(&SYS_StdInterface::GetFirst),
+      vtableSlot(&SYS_StdInterface::GetNext),            vtableSlot(&SYS_StdInterface::OnUpdatePointers),
+      vtableSlot(&SYS_GeomIterator::GetObjectType),      vtableSlot(&SYS_GeomIterator::GetPointValue),
+      vtableSlot(&SYS_GeomIterator::GetDoublePointValue), vtableSlot(&SYS_GeomIterator::GetLocationValue),
+      vtableSlot(&SYS_GeomIterator::GetCircleValue),     vtableSlot(&SYS_GeomIterator::GetSegmentValue),
+      vtableSlot(&SYS_GeomIterator::GetArcValue),        vtableSlot(&SYS_GeomIterator::GetRectangleValue),
+  };
+  for (long i = 0; i < 16; ++i) EXPECT_EQ(slots[i], i) << "operation " << i << " in declaration order";
+  EXPECT_EQ(vtableSlot(&SYS_Geometry::GetGeometry), 0);
+  EXPECT_EQ(vtableSlot(&SYS_Geometry::IsValid), 1);
+}
+
 // A node alone is a ring of one: no next node, nothing found, and including or excluding itself changes nothing.
 TEST(GeomNode, AloneFindsNothing) {
   Node alone(1);

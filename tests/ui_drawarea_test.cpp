@@ -32,4 +32,39 @@ int slotOf(F f) { return static_cast<int>(vtableSlot(f)) - 1; }
 
 }  // namespace
 
+// A host built against the header and the library agree on the table of operations: the
+// operations with fixed slots sit in them, and the last operation is in slot 80.
+TEST(DrawAreaLayout, FixedSlots) {
+  typedef UI_DrawArea A;
+  struct Case { char const *name; int slot, expected; } const cases[] = {
+      {"PenCap", slotOf(&A::PenCap), 7}, {"PenColor", slotOf(&A::PenColor), 8}, {"PenMode", slotOf(&A::PenMode), 9},
+      {"GetPenMode", slotOf(&A::GetPenMode), 10}, {"PenSize", slotOf(&A::PenSize), 11},
+      {"FillRect", slotOf(&A::FillRect), 16}, {"Scale2ScreenX", slotOf(&A::Scale2ScreenX), 18},
+      {"Scale2ScreenY", slotOf(&A::Scale2ScreenY), 19}, {"GetScale", slotOf(&A::GetScale), 20},
+      {"SetScale", slotOf(&A::SetScale), 21}, {"GetWorldScale", slotOf(&A::GetWorldScale), 22},
+      {"Redraw()", slotOf(static_cast<void (A::*)()>(&A::Redraw)), 26},
+      {"InstallDynamic", slotOf(&A::InstallDynamic), 31}, {"RedrawDynamic", slotOf(&A::RedrawDynamic), 32},
+      {"DrawXorBox(box)", slotOf(static_cast<void (A::*)(SYS_Box)>(&A::DrawXorBox)), 33},
+      {"DrawXorBox(points)", slotOf(static_cast<void (A::*)(SYS_Point, SYS_Point)>(&A::DrawXorBox)), 34},
+      {"DrawXorText(x, y)",
+       slotOf(static_cast<SYS_Box (A::*)(char const *, int, int, long, long, int)>(&A::DrawXorText)), 35},
+      {"DrawXorText(point)",
+       slotOf(static_cast<SYS_Box (A::*)(char const *, int, int, SYS_Point, int)>(&A::DrawXorText)), 36},
+      {"StartBatchDraw", slotOf(&A::StartBatchDraw), 40}, {"EndBatchDraw", slotOf(&A::EndBatchDraw), 41},
+      {"StartScreenDraw", slotOf(&A::StartScreenDraw), 42}, {"EndScreenDraw", slotOf(&A::EndScreenDraw), 43},
+      {"FrameArc", slotOf(&A::FrameArc), 48}, {"FastFrameOval", slotOf(&A::FastFrameOval), 49},
+      {"FastPolyPolyline", slotOf(&A::FastPolyPolyline), 50}, {"FastPolyPolygon", slotOf(&A::FastPolyPolygon), 51},
+      {"FastFrameArc", slotOf(&A::FastFrameArc), 52}, {"FastPolyLine", slotOf(&A::FastPolyLine), 53},
+      {"StrokeTextLen(3)", slotOf(static_cast<int (A::*)(char const *, int, int)>(&A::StrokeTextLen)), 59},
+      {"StrokeTextLen(1)", slotOf(static_cast<int (A::*)(char const *)>(&A::StrokeTextLen)), 60},
+      {"DrawString", slotOf(&A::DrawString), 64}, {"DrawLine", slotOf(&A::DrawLine), 65},
+      {"StartXORDraw", slotOf(&A::StartXORDraw), 66}, {"EndXORDraw", slotOf(&A::EndXORDraw), 74},
+      {"GetPixelSize (the last)", slotOf(&A::GetPixelSize), 80},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(c.slot, c.expected);
+  }
+}
+
 #endif

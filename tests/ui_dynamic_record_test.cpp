@@ -253,3 +253,17 @@ TEST(DynamicLayer, DetachedAfterCodeTwo) {
   EXPECT_EQ(wordsOf(layer), (Words{2, 0, 0, 5, 5, 2, 1, 1, 6, 6}));
   EXPECT_EQ(layer.GetBounds(), SYS_Box(0, 0, 6, 6));
 }
+
+// A destroyed layer leaves its redraw event, which then reaches nobody.
+TEST(DynamicLayer, DestroyedLayerLeavesTheEvent) {
+  LogSurface surface;
+  SCC_Event<UI_DrawArea::RedrawBlock> redraw;
+  {
+    CDynamic layer(&surface);
+    redraw.Append(layer);
+    layer.DrawXorBox(SYS_Box(0, 0, 1, 1));
+  }
+  surface.log.clear();
+  redraw.Notify(1, nullptr);
+  EXPECT_TRUE(surface.log.empty());
+}

@@ -84,6 +84,34 @@ TEST(DynamicReplay, LongCraftedText) {
   EXPECT_EQ(log[1], "DrawXorTextAt(" + std::string(2000, 'z') + ",3,4,1,2,1)");
 }
 
+// A surface that records into the layer while it is replayed moves the layer's words; the replay reads them afresh and
+// also draws what was added. One that clears the layer ends the replay, and the pen mode is still put back.
+TEST(DynamicReplay, SurfaceRecordsOrClearsDuringReplay) {
+  LogSurface surface;
+  OpenLayer layer(&surface);
+  layer.DrawXorBox(SYS_Box(0, 0, 1, 1));
+  bool added = false;
+  surface.onCall = [&](std::string const &entry) {
+    if (entry.rfind("DrawXorBox(", 0) == 0 && !added) {
+      added = true;
+      for (int i = 0; i < 1000; ++i) layer.PenCap(i);  // grows the list past its block
+    }
+  };
+  Log const log = replay(layer, surface);
+  ASSERT_EQ(log.size(), 1003u);
+  EXPECT_EQ(log[2], "PenCap(0)");
+  EXPECT_EQ(log[1001], "PenCap(999)");
+  EXPECT_EQ(log.back(), "PenMode(13)");
+
+  surface.onCall = [&](std::string const &entry) {
+    if (entry == "PenCap(1)") layer.Clear();
+  };
+  Log const cleared = replay(layer, surface);
+  EXPECT_EQ(cleared[cleared.size() - 2], "RedrawDynamic(0,0,0,1,1)");
+  EXPECT_EQ(cleared.back(), "PenMode(13)");
+  EXPECT_TRUE(layer.GetCommands().IsEmpty());
+}
+
 namespace {
 
 /// A random primitive: what it records and what its replay draws, written independently
