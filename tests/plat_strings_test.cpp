@@ -160,6 +160,22 @@ TEST(RunTimeStrings, RegisterReplacesOrFailsWhole) {
   EXPECT_EQ(text(TR(2)), "");
 }
 
+// LoadString replaces the content and says whether a non-empty text was found.
+TEST(RunTimeStrings, LoadStringByNumber) {
+  RunTimeTableReset const reset;
+  PLAT_StringEntry const entries[] = {{7, "seven"}, {8, ""}};
+  ASSERT_EQ(PLAT_RegisterStrings(entries, 2), 1);
+  struct Case { unsigned int id; int found; char const *text; } cases[] = {
+      {7, 1, "seven"}, {8, 0, ""}, {9, 0, ""}, {0x80000007u, 0, ""}, {65536 + 7, 0, ""},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.id);
+    SYS_String s("previous");
+    EXPECT_EQ(s.LoadString(c.id) != 0, c.found != 0);
+    EXPECT_EQ(text(s), c.text);
+  }
+}
+
 // TR of a literal is that literal, placeholders included; an unknown number is empty.
 TEST(Tr, LiteralsAndUnknownNumbers) {
   EXPECT_EQ(text(TR("File error %d: %s")), "File error %d: %s");

@@ -121,6 +121,17 @@ TEST(SccMap, HashesOutsideTheBucketCount) {
   EXPECT_EQ(standard.Lookup(60, 8), nullptr);
 }
 
+// A bucket count below 1 becomes 1.
+TEST(SccMap, BucketCountBelowOneBecomesOne) {
+  IntMap map(0);
+  EXPECT_EQ(map.GetBucketCount(), 1);
+  for (int key = -3; key <= 3; ++key) map.Insert(key);
+  EXPECT_EQ(map.GetCount(), 7);
+  EXPECT_EQ(walk(map).size(), 7u);
+  EXPECT_EQ(map.Remove(0), 1);
+  EXPECT_EQ(map.Lookup(3)->m_Key, 3);
+}
+
 // Keys of SCC_StrNoCase hash and compare without case: "ABC" finds "abc".
 TEST(SccMap, NoCaseKeysFindEitherCase) {
   SCC_Map<SCC_StrNoCase, int> map(53);

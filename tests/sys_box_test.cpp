@@ -77,6 +77,26 @@ TEST(SysBox, CombineWithUndefinedBox) {
   }
 }
 
+// Without area the intersection collapses to zero width (checked first) or height; boxes that only touch give 0.
+TEST(SysBox, SetAsIntersection) {
+  SYS_Box const a(0, 0, 10, 10);
+  struct Case { const char *name; Coords b, expected; int result; } cases[] = {
+      {"touching in x", {10, 0, 20, 10}, {10, 0, 10, 10}, 0}, {"touching in y", {0, 10, 10, 20}, {0, 10, 10, 10}, 0},
+      {"disjoint", {20, 20, 30, 30}, {10, 20, 10, 10}, 0}, {"overlap", {5, -5, 15, 5}, {5, 0, 10, 5}, 1},
+      {"inside", {2, 3, 4, 5}, {2, 3, 4, 5}, 1},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.name);
+    SYS_Box r(7, 7, 7, 7);
+    EXPECT_EQ(r.SetAsIntersection(a, box(c.b)), c.result);
+    EXPECT_EQ(r, box(c.expected));
+    EXPECT_EQ(r.SetAsIntersection(box(c.b), a), c.result);  // symmetric
+  }
+  SYS_Box self(0, 0, 10, 10);  // the result may be one of the operands
+  EXPECT_EQ(self.SetAsIntersection(self, SYS_Box(5, 5, 20, 20)), 1);
+  EXPECT_EQ(self, SYS_Box(5, 5, 10, 10));
+}
+
 // Clip writes b minus the clip column by column, left to right, below before above; inverted boxes are normalized.
 TEST(SysBox, Clip) {
   std::vector<Coords> const frame = {{-5, -5, 0, 15}, {0, -5, 10, 0}, {0, 10, 10, 15}, {10, -5, 15, 15}};

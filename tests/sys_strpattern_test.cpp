@@ -199,3 +199,18 @@ TEST(StrPatternSubstitute, ReplacesSuccessiveMatches) {
     EXPECT_STREQ(text, c.result);
   }
 }
+
+// The text and the replacement may be one string, and copies of the text keep their value;
+// the bytes after an embedded NUL are kept as they are: the search ends at the NUL.
+TEST(StrPatternSubstitute, AliasedSharedAndNulStrings) {
+  SYS_String text("ab");
+  SYS_String const before(text);
+  EXPECT_EQ(SYS_StrPattern("b").Substitute(text, text, 0), 1);
+  EXPECT_STREQ(text, "aab");
+  EXPECT_STREQ(before, "ab");
+
+  SYS_String nul("a\0a", 3);
+  EXPECT_EQ(SYS_StrPattern("a").Substitute(nul, "b", 0), 1);
+  ASSERT_EQ(nul.GetLength(), 3);
+  EXPECT_EQ(std::memcmp(static_cast<char const *>(nul), "b\0a", 3), 0);
+}
