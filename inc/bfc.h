@@ -37,5 +37,11 @@
 #include "scc_arr.h"
 #include "scc_sortarr.h"
 #include "sccstack.h"
+#include "plat_fault.h"
+#include "plat_findrecord.h"
+#include "sfm_filepath.h"
+#include "sfm_file.h"
+#include "sfm.h"
+#include "sfm_directory.h"
 
 #endif

@@ -132,7 +132,9 @@ TEST(ProgramStrings, ReadAtLoad) {
     EXPECT_EQ(status, 0) << output;
     for (auto const &line : c.lines)
       EXPECT_NE(output.find(line + "\n"), std::string::npos) << line << " in\n" << output;
-    if (!c.output.empty()) EXPECT_EQ(output.rfind(c.output, 0), 0u) << output;  // and nothing before
+    if (!c.output.empty()) {
+      EXPECT_EQ(output.rfind(c.output, 0), 0u) << output;  // and nothing before
+    }
   }
 }
 
