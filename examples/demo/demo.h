@@ -20,5 +20,6 @@ void demoPatterns();
 void demoDrawing();
 void demoArrays();
 void demoAssertions();
+void demoFiles();
 
 #endif

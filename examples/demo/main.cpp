@@ -16,6 +16,7 @@ int main() {
   demoDrawing();
   demoArrays();
   demoAssertions();
+  demoFiles();
   std::printf("\nDemo finished.\n");
   return 0;
 }
