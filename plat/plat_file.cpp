@@ -65,6 +65,14 @@ bool writeStream(void const *buffer, std::size_t count, std::FILE *stream, bool 
   return failure();
 }
 
+bool writeChar(char ch, std::FILE *stream, bool &failed) {
+  failed = false;
+  if (failsNow(PLAT_CallWrite)) return failed = true, failure();
+  if (putc_unlocked(static_cast<unsigned char>(ch), stream) != EOF) return true;
+  failed = true;
+  return failure();
+}
+
 int writeFormatted(std::FILE *stream, char const *format, std::va_list args, bool &failed) {
   failed = false;
   if (failsNow(PLAT_CallWrite)) return failed = true, failure(), 0;

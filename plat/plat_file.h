@@ -33,6 +33,9 @@ bool readLine(char *buffer, int size, std::FILE *stream, bool &failed);
 /// Writes `count` bytes; false (and `failed`) unless all of them were taken.
 bool writeStream(void const *buffer, std::size_t count, std::FILE *stream, bool &failed);
 
+/// Writes one byte; false (and `failed`) on failure.
+bool writeChar(char ch, std::FILE *stream, bool &failed);
+
 /// Formats as vfprintf does and returns its count; `failed` on a write error.
 int writeFormatted(std::FILE *stream, char const *format, std::va_list args, bool &failed);
 

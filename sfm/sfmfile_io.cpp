@@ -160,8 +160,18 @@ SYS_String SFM_File::GetLine(long limit) {
 }
 
 int SFM_File::WriteLine(SYS_String const &line) {
-  int const text = Write(line, line.GetLength());
-  return PutChar('\n') && text ? 1 : 0;
+  if (!IsOpen()) return 0;
+  std::FILE *const stream = prepare(LastAccess::Write);
+  if (stream == nullptr) return 0;
+  bool failed = false;
+  bool written = plat::writeStream(line, static_cast<std::size_t>(line.GetLength()), stream, failed);
+  if (failed) raiseStreamError(SFM::EventWriteError);
+  // The hooks may have closed the file, or closed it for a while.
+  if (m_Stream != stream) return 0;
+  written = plat::writeChar('\n', stream, failed) && written;
+  if (failed) raiseStreamError(SFM::EventWriteError);
+  CheckLength();
+  return written ? 1 : 0;
 }
 
 long SFM_File::Printf(char const *format, ...) {
