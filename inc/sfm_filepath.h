@@ -85,6 +85,8 @@ private:
   void Clear();
   void Regenerate();
   void take(char const *path);
+  /// Takes `path` when it is not null, rebuilds and returns `part`, one of the fields.
+  SYS_String const &reread(char const *path, SYS_String const &part);
 
   SYS_String m_Full;
   SYS_String m_Base;

@@ -60,6 +60,12 @@ void SFM_FilePath::take(char const *path) {
   }
 }
 
+SYS_String const &SFM_FilePath::reread(char const *path, SYS_String const &part) {
+  if (path != nullptr) take(path);
+  Regenerate();
+  return part;
+}
+
 void SFM_FilePath::Process(SYS_String const &path) {
   int const restStart = baseLength(path);
   m_Base = path.Left(restStart);
@@ -99,41 +105,20 @@ void SFM_FilePath::Regenerate() {
   m_Full += m_NameExt;
 }
 
-SYS_String SFM_FilePath::GetBasePath(char const *path) {
-  if (path != nullptr) take(path);
-  Regenerate();
-  return m_Base;
-}
+SYS_String SFM_FilePath::GetBasePath(char const *path) { return reread(path, m_Base); }
 
-SYS_String SFM_FilePath::GetRelPath(char const *path) {
-  if (path != nullptr) take(path);
-  Regenerate();
-  return m_Directory;
-}
+SYS_String SFM_FilePath::GetRelPath(char const *path) { return reread(path, m_Directory); }
 
 SYS_String SFM_FilePath::GetFileDirectory(char const *path) {
-  if (path != nullptr) take(path);
-  Regenerate();
+  reread(path, m_Base);
   return m_Base + m_Directory;
 }
 
-SYS_String SFM_FilePath::GetFileName(char const *path) {
-  if (path != nullptr) take(path);
-  Regenerate();
-  return m_Name;
-}
+SYS_String SFM_FilePath::GetFileName(char const *path) { return reread(path, m_Name); }
 
-SYS_String SFM_FilePath::GetFileExtension(char const *path) {
-  if (path != nullptr) take(path);
-  Regenerate();
-  return m_Extension;
-}
+SYS_String SFM_FilePath::GetFileExtension(char const *path) { return reread(path, m_Extension); }
 
-SYS_String SFM_FilePath::GetFileNameExt(char const *path) {
-  if (path != nullptr) take(path);
-  Regenerate();
-  return m_NameExt;
-}
+SYS_String SFM_FilePath::GetFileNameExt(char const *path) { return reread(path, m_NameExt); }
 
 SYS_String SFM_FilePath::SetBasePath(char const *value) {
   m_Base = SFM_FilePath(value).m_Base;

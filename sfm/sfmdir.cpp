@@ -166,6 +166,8 @@ int SFM_Directory::_CopyFile(char const *source, char const *target) {
     PLAT_SetLastError(EINVAL);
     return 0;
   }
+  // A directory opens for reading here; it is refused by name before its length misleads.
+  if (plat::fileSize(source) < 0 && PLAT_GetLastError() == EISDIR) return 0;
   SFM_File from(source);
   if (!from.Open("rb")) return 0;
   long const length = from.GetLength();

@@ -147,6 +147,8 @@ int SFM_File::TempClose() {
 SYS_String SFM_File::GetReOpenMode() const {
   SYS_String mode = m_Mode;
   if (!mode.IsEmpty() && mode[0] == 'w') mode.SetAt(0, 'a');
+  // "x" (the file must not exist yet) held for the first opening only.
+  for (int at = mode.Find('x'); at >= 0; at = mode.Find('x')) mode.Delete(at, 1);
   return mode;
 }
 

@@ -115,6 +115,10 @@ TEST(SfmDirectory, CopyFailuresLeaveFilesIntact) {
   EXPECT_EQ(d.CopyFileA("alias", "a.txt", 1), 0);
   EXPECT_EQ(TempDir::Read(tree.dir / "a.txt"), "a");
   EXPECT_EQ(rec.Codes(true), (std::vector<int>{205, 205}));
+  rec.events.clear();
+  EXPECT_EQ(d.CopyFileA("sub", "sub3", 0), 0);
+  EXPECT_EQ(rec.events.back().error, static_cast<unsigned>(EISDIR));
+  EXPECT_EQ(d.DirExists("sub3") + d.FileExists("sub3"), 0);
   tree.dir.Write("empty", "");
   EXPECT_EQ(d.CopyFileA("empty", "empty2", 0), 1);
   EXPECT_EQ(TempDir::Read(tree.dir / "empty2"), "");

@@ -373,6 +373,14 @@ TEST(SfmFile, MappingClosesAnOpenFileForAWhile) {
   file.Close();
   EXPECT_EQ(rec.Codes(), (std::vector<int>{101, 103}));
   EXPECT_EQ(TempDir::Read(name), "abcdef");
+  // A file that had to be new when it was first opened reopens all the same.
+  SFM_File fresh((dir / "fresh.bin").c_str(), "w+bx");
+  fresh.Write("x", 1);
+  ASSERT_NE(fresh.MapToMemory(), nullptr);
+  EXPECT_EQ(fresh.UnmapMemory(), 1);
+  EXPECT_EQ(fresh.Write("y", 1), 1);
+  fresh.Close();
+  EXPECT_EQ(TempDir::Read(dir / "fresh.bin"), "xy");
   // Mapping again releases the first view; a closed file stays closed.
   SFM_File closed(name.c_str());
   void *const first = closed.MapToMemory();
