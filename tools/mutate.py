@@ -234,6 +234,8 @@ def run(args):
     if any(w.run_tests(args.timeout) for w in workers):
         sys.exit("the unmutated tests fail: nothing to measure")
     pool_of_candidates = all_candidates(workers[0].source, args.headers)
+    if args.only:
+        pool_of_candidates = [m for m in pool_of_candidates if m[0].startswith(tuple(args.only))]
     chosen = [m for m in pool_of_candidates if is_chosen(m, args.seed, args.rate)]
     print(f"{len(pool_of_candidates)} candidate faults; planting {len(chosen)} "
           f"(rate {args.rate}, seed {args.seed})", flush=True)
@@ -294,6 +296,8 @@ def main():
     parser.add_argument("--workdir", default="build/mutate", help="where the copies are built")
     parser.add_argument("--out", help="write the verdict of every fault to this file")
     parser.add_argument("--list", action="store_true", help="only list the candidate faults")
+    parser.add_argument("--only", nargs="+", metavar="PREFIX",
+                        help="plant faults only in files whose path starts with one of these (sfm/ plat/plat_f)")
     parser.add_argument("--headers", action="store_true", help="mutate the header-only templates instead")
     parser.add_argument("--compare", nargs=2, metavar=("BEFORE", "AFTER"), help="compare two --out files")
     args = parser.parse_args()
