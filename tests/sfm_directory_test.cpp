@@ -62,6 +62,46 @@ TEST(SfmDirectory, SearchesYieldTheirKindInNameOrder) {
   EXPECT_EQ(d.GetNextEntry("nothing*"), nullptr);
 }
 
+/// A directory that shows its search records.
+struct RecordingDirectory : SFM_Directory {
+  using SFM_Directory::SFM_Directory;
+  SFM_FindData search;
+  PLAT_FindRecord const *Find(char const *pattern) {
+    return GetNextItem(&search, pattern) != nullptr ? &search : nullptr;
+  }
+};
+
+// A search's record tells the kind, size and write permission of each entry.
+TEST(SfmDirectory, RecordsCarryKindSizeAndPermission) {
+  Tree tree;
+  ::chmod((tree.dir / "b.txt").c_str(), 0444);
+  RecordingDirectory d(tree.dir.Path().c_str());
+  PLAT_FindRecord const *record = d.Find("b.txt");
+  ASSERT_NE(record, nullptr);
+  EXPECT_EQ(record->size, 2);
+  EXPECT_EQ(record->attrib, PLAT_FindRecord::kReadOnly);
+  EXPECT_GT(record->time_write, 0);
+  record = d.Find("sub");
+  ASSERT_NE(record, nullptr);
+  EXPECT_EQ(record->attrib, PLAT_FindRecord::kSubdirectory);
+}
+
+// The working directory is read whatever its length.
+TEST(SfmDirectory, CurrentDirectoryOfAnyLength) {
+  TempDir dir;
+  std::string deep = dir.Path();
+  for (int i = 0; i < 12; ++i) {
+    deep += std::string(40, static_cast<char>('a' + i)) + "/";
+    ASSERT_EQ(::mkdir(deep.c_str(), 0777), 0);
+  }
+  char saved[4096];
+  ASSERT_NE(::getcwd(saved, sizeof saved), nullptr);
+  ASSERT_EQ(::chdir(deep.c_str()), 0);
+  SYS_String const cwd = SFM_Directory().GetCurDir();
+  ASSERT_EQ(::chdir(saved), 0);
+  EXPECT_EQ(std::string(cwd), deep);
+}
+
 // Existence tests see only their own kind; a copied directory has searches of its own.
 TEST(SfmDirectory, ExistenceByKind) {
   Tree tree;
@@ -75,6 +115,10 @@ TEST(SfmDirectory, ExistenceByKind) {
   EXPECT_STREQ(d.GetNextSubdir("*"), "sub");
   EXPECT_STREQ(copy.GetNextSubdir("*"), "sub");
   EXPECT_STREQ(d.GetNextSubdir(nullptr), "sub2");
+  // FileExists ends the entry search it used.
+  EXPECT_STREQ(d.GetNextEntry("*.txt"), "a.txt");
+  EXPECT_EQ(d.FileExists("README"), 1);
+  EXPECT_EQ(d.GetNextEntry(nullptr), nullptr);
   EXPECT_EQ(std::string(d + "x/y"), tree.dir / "x/y");
   EXPECT_EQ(std::string(d + "/etc/y"), "/etc/y");
   SYS_String const cwd = d.GetCurDir();
@@ -198,6 +242,7 @@ TEST(SfmDirectory, MakePathCreatesEveryLevel) {
   EXPECT_EQ(d.DirExists((dir / "a/b\\c").c_str()), 1);
   EXPECT_EQ(d.MakePath(SYS_String((dir / "a/b/").c_str())), 0);
   EXPECT_EQ(d.MakePath(SYS_String()), 0);
+  EXPECT_EQ(d.MakePath(SYS_String("/")), 1);  // nothing to make
   EXPECT_EQ(d.MakeDirectory(SYS_String((dir / "a/new").c_str())), 1);
   EXPECT_EQ(d.MakeDirectory(SYS_String((dir / "a/new").c_str())), 0);
 }

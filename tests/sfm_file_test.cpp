@@ -133,7 +133,9 @@ TEST(SfmFile, LinesArriveInPiecesAndKeepTheirNewline) {
   SFM_File out((dir / "w.txt").c_str(), "w");
   EXPECT_EQ(out.WriteLine("one"), 1);
   EXPECT_EQ(out.Printf("%s=%d\n", "two", 2), 6);
-  out.Close();
+  EXPECT_EQ(out.Printf("%s", ""), 0);
+  EXPECT_EQ(out.Close(), 1);
+  EXPECT_EQ(rec.Codes(true), std::vector<int>{});
   EXPECT_EQ(TempDir::Read(dir / "w.txt"), "one\ntwo=2\n");
 }
 
@@ -152,7 +154,7 @@ TEST(SfmFile, GetCharAndEof) {
   EXPECT_TRUE(file.Rewind());
   EXPECT_FALSE(file.Eof());
   EXPECT_TRUE(file.SeekToEnd());
-  EXPECT_TRUE(file.Eof());
+  EXPECT_EQ(file.Eof(), 1);
 }
 
 // A refused push leaves the position and the stack as they were.
@@ -344,10 +346,14 @@ TEST(SfmFile, InjectedFailuresRaiseTheirEventAndLoseNothing) {
   file.Rewind();
   PLAT_FailCall(PLAT_CallRead, 1, EIO);
   EXPECT_EQ(file.GetChar(), static_cast<char>(-1));
+  char buffer[4] = {};
+  PLAT_FailCall(PLAT_CallRead, 1, EIO);
+  EXPECT_EQ(file.Read(buffer, 4), 0);
+  EXPECT_EQ(file.Read(buffer, -1), 0);  // nothing read, nothing touched
   EXPECT_EQ(file.GetChar(), 'k');
   PLAT_FailCall(PLAT_CallClose, 1, EDQUOT);
   EXPECT_EQ(file.Close(), 0);
-  EXPECT_EQ(rec.Codes(true), (std::vector<int>{204, 204, 203, 202}));
+  EXPECT_EQ(rec.Codes(true), (std::vector<int>{204, 204, 203, 203, 202}));
   EXPECT_EQ(rec.events.back().error, static_cast<unsigned>(EDQUOT));
   EXPECT_EQ(TempDir::Read(name), "keep");
 }
@@ -391,6 +397,23 @@ TEST(SfmFile, MappingClosesAnOpenFileForAWhile) {
   EXPECT_EQ(std::string(static_cast<char *>(second), 6), "abcdef");
 }
 
+// A buffer that cannot be written out keeps its file open: 204, and no temporary close
+// that would drop it.
+TEST(SfmFile, TemporaryCloseNeverDropsABuffer) {
+  TempDir dir;
+  RecordingManager rec;
+  FaultGuard faults;
+  std::string const name = dir / "buf.bin";
+  SFM_File file(name.c_str(), "wb");
+  file.Write("kept", 4);
+  PLAT_FailCall(PLAT_CallFlush, 1, ENOSPC);
+  EXPECT_EQ(file.MapToMemory(), nullptr);
+  EXPECT_EQ(rec.Codes(true), std::vector<int>{204});
+  EXPECT_EQ(file.Write("!", 1), 1);
+  EXPECT_EQ(file.Close(), 1);
+  EXPECT_EQ(TempDir::Read(name), "kept!");
+}
+
 // An empty file maps to null without an event; a missing one raises 201.
 TEST(SfmFile, FailedOrEmptyMappingLeavesNothingBehind) {
   TempDir dir;
@@ -404,6 +427,7 @@ TEST(SfmFile, FailedOrEmptyMappingLeavesNothingBehind) {
   SFM_File missing((dir / "missing").c_str());
   EXPECT_EQ(missing.MapToMemory(), nullptr);
   EXPECT_EQ(rec.Codes(true), std::vector<int>{201});
+  EXPECT_EQ(rec.events.back().error, static_cast<unsigned>(ENOENT));
   EXPECT_EQ(missing.UnmapMemory(), 1);
 }
 
@@ -415,6 +439,7 @@ TEST(SfmFile, CopiesAreClosedAndRenamingAnOpenFileIsRefused) {
   SFM_File later("later");
   SFM_File copy(source);
   EXPECT_FALSE(copy.IsOpen());
+  EXPECT_EQ(copy.GetLength(), 1);
   EXPECT_EQ(copy.GetMode(), source.GetMode());
   SCC_SafeDList<SFM_File> &list = rec.manager.GetFileList();
   EXPECT_EQ(list.GetHead(), &later);
@@ -425,6 +450,9 @@ TEST(SfmFile, CopiesAreClosedAndRenamingAnOpenFileIsRefused) {
   EXPECT_EQ(spy.Reports().size(), 3u);
   EXPECT_EQ(source.GetName(), copy.GetName());
   EXPECT_EQ(std::string(source.GetMode()), "rb");
+  SFM_File unnamed(nullptr), empty;
+  EXPECT_EQ(unnamed.GetLength(), 0);
+  EXPECT_TRUE(empty.GetName().IsEmpty());
 }
 
 // Without a manager a file is reported, and still closes its stream.

@@ -1,7 +1,9 @@
 //===- tests/sfm_manager_test.cpp - SFM, its events and descriptors ------===//
 #include "sfm.h"
 
+#include "plat_error.h"
 #include "plat_fault.h"
+#include "sfm_directory.h"
 #include "plat_strings.h"
 #include "sfm_tr.h"
 #include "tests/report_spy.h"
@@ -94,6 +96,25 @@ TEST(SfmDescriptors, NothingToCloseReachesTheHooks) {
   EXPECT_EQ(rec.Count(SFM::EventOpenFailed), 3);
   EXPECT_EQ(rec.events.back().error, static_cast<unsigned>(EMFILE));
   EXPECT_EQ(file.Open("rb"), 1);
+}
+
+// The fault switch: the n-th call fails, 0 disarms, nonsense is refused.
+TEST(PlatFault, NthCallFailsAndZeroDisarms) {
+  TempDir dir;
+  FaultGuard faults;
+  std::string const name = dir.Write("f", "f");
+  EXPECT_EQ(PLAT_FailCall(PLAT_CallOpen, -1, EIO) + PLAT_FailCall(PLAT_CallOpen, 1, 0), 0);
+  EXPECT_EQ(PLAT_FailCall(PLAT_CallKinds, 1, EIO), 0);
+  ASSERT_EQ(PLAT_FailCall(PLAT_CallRemove, 2, EBUSY), 1);
+  SFM manager;
+  SFM_Directory d(dir.Path().c_str());
+  EXPECT_EQ(d.DeleteFileA("missing"), 0);
+  EXPECT_EQ(PLAT_GetLastError(), ENOENT);
+  EXPECT_EQ(d.DeleteFileA("f"), 0);
+  EXPECT_EQ(PLAT_GetLastError(), EBUSY);
+  PLAT_FailCall(PLAT_CallRemove, 1, EBUSY);
+  EXPECT_EQ(PLAT_FailCall(PLAT_CallRemove, 0, EBUSY), 1);
+  EXPECT_EQ(d.DeleteFileA("f"), 1);
 }
 
 // The least recently opened file is the one closed for a while; its next use reopens it
