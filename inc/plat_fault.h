@@ -22,6 +22,7 @@ enum PLAT_Call {
   PLAT_CallRename,  ///< renaming a file
   PLAT_CallMkdir,   ///< creating a directory
   PLAT_CallMap,     ///< mapping a file into memory
+  PLAT_CallSpawn,   ///< starting a program
   PLAT_CallKinds    ///< the number of kinds
 };
 

@@ -6,17 +6,31 @@
 // text, the hooks answer, and the answer goes back to the file operation,
 // which tries again on EventRetry.
 //
+// The manager also owns the process's message database (Initiate), the
+// directories external file names are resolved against, and the host's
+// settings: an INI file at the path the host sets (SetProfilePath), else at
+// $XDG_CONFIG_HOME/<program name>/settings.ini (~/.config when that is unset).
+// The setting "editor" of section "general" names the program ShowFile runs.
+//
 //===------------------------------------------------------------------===//
 #ifndef BFC_SFM_H
 #define BFC_SFM_H
 
+#include "scc_arr.h"
 #include "scc_event.h"
 #include "scc_safelist.h"
+#include "sfm_directory.h"
 #include "sfm_file.h"
 #include "sys_base.h"
 #include "sys_string.h"
 
+#include <memory>
+
 class SFM_EventData;
+class SFM_MessageDB;
+
+/// The directories against which the manager resolves external file names.
+typedef SCC_Array<SFM_Directory> SFM_DirArray;
 
 /// The process-wide file manager.
 class BFC_API SFM {
@@ -48,7 +62,16 @@ public:
   SFM();
   SFM(SFM const &) = delete;
   SFM &operator=(SFM const &) = delete;
-  /// Stops being current and detaches (neither closes nor deletes) the files still listed.
+  /// Creates the process's message database from `name` once: the compiled form for the
+  /// extension ".mdb" (any case), else the text source. A file that cannot be opened still
+  /// gives an (empty) database; later calls and a null name change nothing. 1 when a
+  /// database exists afterwards.
+  virtual int Initiate(char const *name);
+  /// 1 when the database exists and is valid and so are the file list and every file in
+  /// it; each failed requirement is a reported check.
+  virtual int IsValid();
+  /// Deletes the database, stops being current and detaches (neither closes nor deletes)
+  /// the files still listed.
   virtual ~SFM();
 
   static SFM *GetManager() noexcept { return Instance; }
@@ -63,14 +86,41 @@ public:
   /// Every live file, the most recently opened first.
   SCC_SafeDList<SFM_File> &GetFileList() noexcept { return m_Files; }
 
+  /// The database Initiate made, or null.
+  SFM_MessageDB *GetMessageDB() noexcept { return m_MessageDB.get(); }
+  /// The directories GetExternalFileName indexes; the host fills them.
+  SFM_DirArray &GetDirectories() noexcept { return m_Directories; }
+  /// `name` completed against the directory at `index`, which must lie within the
+  /// array's bounds (a reported check, then "").
+  SYS_String GetExternalFileName(int index, char const *name);
+
+  /// The host's settings. A missing file, section or entry gives the default; an integer
+  /// is read from the entry's text as atoi reads it. A null value removes the entry, a null
+  /// entry the section. Writes are not reported.
+  SYS_String ReadProfileString(char const *section, char const *entry, char const *defaultValue);
+  void SetProfileString(char const *section, char const *entry, char const *value);
+  int GetProfileIntA(char const *section, char const *entry, int defaultValue);
+  void SetProfileInt(char const *section, char const *entry, int value);
+  /// Where the settings are kept; null or "" goes back to the default place.
+  void SetProfilePath(char const *path);
+  SYS_String GetProfilePath() const;
+
+  /// Starts the configured editor with `name` (quoted when it holds a blank or a quote) and
+  /// does not wait; nothing happens, and nothing is reported, without an editor or when it
+  /// cannot start. 1 when it was started.
+  int ShowFile(char const *name);
+
 private:
   void CreateMessage(EventCode code, SFM_EventData &data);
   bool TempCloseSomeFile();
   SFM_File *findFile(SYS_String const &name);
 
   SCC_SafeDList<SFM_File> m_Files;
+  std::unique_ptr<SFM_MessageDB> m_MessageDB;
   SCC_Event<SFM_EventData> m_Event;
+  SFM_DirArray m_Directories;
   bool m_IsCurrent;
+  SYS_String m_ProfilePath;
 };
 
 /// The record passed with a file event.

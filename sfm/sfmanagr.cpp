@@ -1,6 +1,8 @@
 //===- sfm/sfmanagr.cpp - The file manager and its events ----------------===//
 #include "sfm.h"
 
+#include "sfm_msgdb.h"
+
 #include "plat/plat_file.h"
 #include "plat_error.h"
 #include "sfm_tr.h"
@@ -59,6 +61,8 @@ SFM::SFM() : m_IsCurrent(false) {
 }
 
 SFM::~SFM() {
+  // First, while the manager still hears its file's close.
+  m_MessageDB.reset();
   if (m_IsCurrent) {
     Instance = nullptr;
     --InstanceCount;
