@@ -43,5 +43,6 @@
 #include "sfm_file.h"
 #include "sfm.h"
 #include "sfm_directory.h"
+#include "sfm_msgdb.h"
 
 #endif

@@ -21,5 +21,6 @@ void demoDrawing();
 void demoArrays();
 void demoAssertions();
 void demoFiles();
+void demoMessages();
 
 #endif

@@ -17,6 +17,7 @@ int main() {
   demoArrays();
   demoAssertions();
   demoFiles();
+  demoMessages();
   std::printf("\nDemo finished.\n");
   return 0;
 }
