@@ -93,7 +93,7 @@ public:
   /// The sections, the most recently loaded first.
   SCC_SafeDList<SectionTableNode> &GetSections() noexcept { return m_Sections; }
   /// Every key of the table in ascending order.
-  std::vector<int> GetKeys() const;
+  std::vector<int> const &GetKeys() const;
   /// The number of entries (sections and messages).
   long GetCount() const noexcept { return m_Keys ? m_Keys->GetCount() : 0; }
 
@@ -121,6 +121,10 @@ private:
   int m_HashSize = 0;
   SFM_File m_File;
   SYS_String m_Error;
+  // The keys in order, made on first use: section walks jump from key to key with it
+  // instead of trying every number of a range that a damaged file can make huge.
+  mutable std::vector<int> m_SortedKeys;
+  mutable bool m_KeysSorted = false;
 };
 
 /// Walks the messages of one section in number order.

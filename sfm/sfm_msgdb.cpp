@@ -177,13 +177,13 @@ long SFM_MessageDB::GetSectionBase(SYS_String const &name) {
   return section != nullptr ? section->GetStoredBase() + 1L : -1L;
 }
 
-std::vector<int> SFM_MessageDB::GetKeys() const {
-  std::vector<int> keys;
-  if (!m_Keys) return keys;
-  keys.reserve(static_cast<std::size_t>(m_Keys->GetCount()));
-  for (KeyTable::Iterator walk(m_Keys.get()); walk.IsValid(); walk.Next()) keys.push_back(walk.GetKey());
-  std::sort(keys.begin(), keys.end());
-  return keys;
+std::vector<int> const &SFM_MessageDB::GetKeys() const {
+  if (m_KeysSorted || !m_Keys) return m_SortedKeys;
+  m_SortedKeys.reserve(static_cast<std::size_t>(m_Keys->GetCount()));
+  for (KeyTable::Iterator walk(m_Keys.get()); walk.IsValid(); walk.Next()) m_SortedKeys.push_back(walk.GetKey());
+  std::sort(m_SortedKeys.begin(), m_SortedKeys.end());
+  m_KeysSorted = true;
+  return m_SortedKeys;
 }
 
 SFM_MessageDB::SectionIterator::SectionIterator(SFM_MessageDB *db, SYS_String const &name, long position)
@@ -212,12 +212,11 @@ void SFM_MessageDB::SectionIterator::GetNext() {
     m_Current = -1;
     return;
   }
-  KeyTable const &keys = *m_DB->m_Keys;
-  while (m_Current < m_Last) {
-    ++m_Current;
-    if (keys.Lookup(m_Current) != nullptr) return;
-  }
-  m_Current = -1;
+  // The next key of the table above the current one, when it is within the section: the
+  // same stop as trying each number in turn.
+  std::vector<int> const &keys = m_DB->GetKeys();
+  auto const next = std::upper_bound(keys.begin(), keys.end(), m_Current);
+  m_Current = next != keys.end() && *next <= m_Last && m_Current < m_Last ? *next : -1;
 }
 
 SFM_MessageDB::SectionIterator::operator SYS_String() {
