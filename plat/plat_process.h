@@ -11,22 +11,24 @@
 #ifndef BFC_PLAT_PROCESS_H
 #define BFC_PLAT_PROCESS_H
 
+#include "sys_base.h"
+
 #include <string>
 #include <vector>
 
 namespace plat {
 
 /// The arguments of `commandLine`.
-std::vector<std::string> splitCommandLine(char const *commandLine);
+BFC_API std::vector<std::string> splitCommandLine(char const *commandLine);
 
 /// `argument` as it must be written in a command line to come back whole from
 /// splitCommandLine: as it is when it holds no blank, tab or quote, else quoted.
-std::string quoteArgument(std::string const &argument);
+BFC_API std::string quoteArgument(std::string const &argument);
 
 /// Starts the program that `commandLine` names (found on PATH unless it holds a "/")
 /// with the line's arguments, and does not wait for it; its exit is collected in the
 /// background. False (last-error set) when it could not be started or the line is empty.
-bool startProgram(char const *commandLine);
+BFC_API bool startProgram(char const *commandLine);
 
 }  // namespace plat
 

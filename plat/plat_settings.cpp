@@ -152,7 +152,9 @@ bool writeSetting(std::string const &path, char const *section, char const *entr
     lines.erase(lines.begin() + static_cast<long>(first), lines.begin() + static_cast<long>(end));
     return replaceFile(path, lines);
   }
-  Line wanted = parse(std::string(entry) + "=" + (value != nullptr ? value : ""));
+  // Blanks around a value do not survive a read, so they are not written either.
+  std::string const written = trimmed(value != nullptr ? value : "");
+  Line const wanted = parse(std::string(entry) + "=" + written);
   if (first == end) {
     if (value == nullptr) return true;
     if (!lines.empty() && !trimmed(lines.back().text).empty()) lines.push_back(parse(""));
@@ -165,7 +167,7 @@ bool writeSetting(std::string const &path, char const *section, char const *entr
     if (value == nullptr)
       lines.erase(lines.begin() + static_cast<long>(i));
     else
-      lines[i] = wanted;
+      lines[i] = parse(lines[i].name + "=" + written);  // the name keeps the file's spelling
     return replaceFile(path, lines);
   }
   if (value == nullptr) return true;

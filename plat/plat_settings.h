@@ -11,24 +11,26 @@
 #ifndef BFC_PLAT_SETTINGS_H
 #define BFC_PLAT_SETTINGS_H
 
+#include "sys_base.h"
+
 #include <string>
 
 namespace plat {
 
 /// The file used when the host names none: $XDG_CONFIG_HOME/<program>/settings.ini, with
 /// $HOME/.config standing in for an unset, empty or relative XDG_CONFIG_HOME.
-std::string defaultSettingsPath();
+BFC_API std::string defaultSettingsPath();
 
 /// The value of `entry` in `section` of the file `path`; false when the file, the section
 /// or the entry is missing.
-bool readSetting(std::string const &path, char const *section, char const *entry, std::string &value);
+BFC_API bool readSetting(std::string const &path, char const *section, char const *entry, std::string &value);
 
 /// Sets `entry` of `section` to `value`, creating the file, its folders, the section and
 /// the entry as needed. A null `value` removes the entry, a null `entry` the whole section.
 /// False (last-error set) when the file cannot be written, or for a name holding a line
 /// end, "]" or "=" (a section name may hold "="), or a value holding a line end (EINVAL):
 /// the file is then left as it was.
-bool writeSetting(std::string const &path, char const *section, char const *entry, char const *value);
+BFC_API bool writeSetting(std::string const &path, char const *section, char const *entry, char const *value);
 
 }  // namespace plat
 

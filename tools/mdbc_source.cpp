@@ -15,6 +15,7 @@ struct Section {
   /// The last head of its name (any case): the one whose largest number the compiled form
   /// carries. The earlier ones may hold any numbers.
   bool carriesLargest;
+  bool takesLines = true;
   std::vector<std::int64_t> keys;  // the lines to write, in order
 };
 
@@ -35,14 +36,14 @@ bool fail(std::string &error, std::string const &why) {
 // follows from. A key written twice carries its one text both times, so the first
 // definition wins with the same text wherever it stands.
 bool WriteMessageSource(SFM_MessageDB &db, std::string &source, std::string &error) {
-  std::vector<Section> sections{{"", 0, 0, false, false, {}}};
+  std::vector<Section> sections{{"", 0, 0, false, false, true, {}}};
   SCC_SafeDList<SFM_MessageDB::SectionTableNode>::Iterator walk;
   for (walk.First(db.GetSections()); walk.IsValid(); walk.Next()) {
     if (walk->GetStoredBase() < 0) continue;  // the unnamed section, base 0
     std::string const name = static_cast<char const *>(walk->GetName());
     if (name.find_first_of("]\r\n") != std::string::npos || (!name.empty() && name[0] == '['))
       return fail(error, "section \"" + name + "\": the name cannot stand in a head");
-    sections.push_back({name, walk->GetStoredBase() + std::int64_t(1), walk->GetLargestNumber(), true, true, {}});
+    sections.push_back({name, walk->GetStoredBase() + std::int64_t(1), walk->GetLargestNumber(), true, true, true, {}});
   }
   std::sort(sections.begin() + 1, sections.end(), [](Section const &a, Section const &b) { return a.base < b.base; });
   for (std::size_t i = 1; i < sections.size(); ++i) {
@@ -58,6 +59,12 @@ bool WriteMessageSource(SFM_MessageDB &db, std::string &source, std::string &err
   auto admits = [](Section const &s, std::int64_t key) {
     return key >= s.base && (!s.carriesLargest || key <= s.base + s.largest);
   };
+  // A section can hold lines only when one of them can end it on the key its successor's
+  // base follows from; one whose successor follows from the head alone takes none.
+  for (std::size_t i = 0; i + 1 < sections.size(); ++i) {
+    std::int64_t const lastKey = sections[i + 1].base - 2;
+    sections[i].takesLines = exists(lastKey) && admits(sections[i], lastKey);
+  }
   for (int const key : keys) {
     if (key < 0) {
       bool const isSection = std::any_of(sections.begin() + 1, sections.end(),
@@ -67,7 +74,7 @@ bool WriteMessageSource(SFM_MessageDB &db, std::string &source, std::string &err
     }
     auto home = std::upper_bound(sections.begin(), sections.end(), key,
                                  [](std::int64_t k, Section const &s) { return k < s.base; });
-    while (home != sections.begin() && !admits(*(home - 1), key)) --home;
+    while (home != sections.begin() && !((home - 1)->takesLines && admits(*(home - 1), key))) --home;
     if (home == sections.begin()) return fail(error, "key " + std::to_string(key) + ": in no section's range");
     (home - 1)->keys.push_back(key);
   }
