@@ -4,8 +4,8 @@
 // theirs: blanks and tabs separate arguments, double quotes group them, and a
 // backslash escapes a double quote (2n backslashes before a quote give n and
 // the quote groups; 2n + 1 give n and a literal quote; other backslashes stand
-// as they are). The program then starts through posix_spawnp: no shell ever
-// reads the line, so no file name in it can run a command.
+// as they are). The program starts through posix_spawnp: no shell ever reads
+// the line, so no file name in it can run a command.
 //
 //===------------------------------------------------------------------===//
 #ifndef BFC_PLAT_PROCESS_H
