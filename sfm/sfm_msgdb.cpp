@@ -74,32 +74,48 @@ void SFM_MessageDB::fail(SYS_String const &why) {
   m_File.Close();
 }
 
+// The stream's position costs a system call, so the start of each line is counted from the
+// bytes read; only a line that ends short (the file's end, a NUL in it, a read error) asks
+// the stream. False when nothing more could be read.
+bool SFM_MessageDB::nextLine(SYS_String &line, long &next) {
+  constexpr int kLongestRead = 510;  // GetLine(0) reads at most this many bytes
+  long const start = next;
+  line = m_File.GetLine(0);
+  int const length = line.GetLength();
+  if (length > 0 && (line[length - 1] == '\n' || length == kLongestRead)) {
+    next = start + length;
+    return true;
+  }
+  next = m_File.GetPosition();
+  return length > 0 || next > start;
+}
+
 // Every rejected line changes nothing: neither the running key nor a section's largest
 // number. The one-byte length rules out texts beyond 254 bytes, and keys stay within 32
 // bits; both are reported like the other malformed lines rather than cut or wrapped.
 void SFM_MessageDB::LoadText(SYS_String const &name) {
   m_File.SetName(name);
   if (!m_File.Open("r")) return;
-  long count = 0;
-  while (!m_File.GetLine(0).IsEmpty()) ++count;
+  long count = 0, next = 0;
+  SYS_String line;
+  while (nextLine(line, next)) ++count;
   m_File.Rewind();
+  next = 0;
 
   SectionTableNode *section = m_Sections.AddHead(new SectionTableNode("", -1, 0));
   createKeyTable(count);
   std::int64_t last = 0;
   int base = 0;
   for (int lineNumber = 1;; ++lineNumber) {
-    long const start = m_File.GetPosition();
-    SYS_String line = m_File.GetLine(0);
-    if (line.IsEmpty()) break;  // the end, or a read error the file has reported
+    long const start = next;
+    if (!nextLine(line, next)) break;
     if (start < 0 || start > INT_MAX - 512) return fail("the file is too large for 32-bit positions");
     char const *const text = line;
     int length = line.GetLength();
     while (length > 0 && isSpace(text[length - 1])) --length;
     if (length == 0 || text[0] == ';') continue;
-    SYS_String const trimmed(text, length);
     auto reject = [&](char const *message, bool showLine) {
-      g_Sink(name, lineNumber, message, showLine ? static_cast<char const *>(trimmed) : nullptr);
+      g_Sink(name, lineNumber, message, showLine ? static_cast<char const *>(SYS_String(text, length)) : nullptr);
     };
     if (text[0] == ' ') {
       reject("leading blanks are not allowed", false);

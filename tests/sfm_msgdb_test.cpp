@@ -83,7 +83,9 @@ TEST(SfmMessageDb, TextsKeepColonsAndLoseOneDollar) {
   TempDir dir;
   RecordingManager rec;
   DiagnosticLog log;
-  auto db = LoadSource(dir, "1:a:b:c\n2:\n3:two  $\n4:end$$\r\n5:trimmed \t \r\n;6:comment\n\n7:$\n8:  x\n");
+  // A NUL ends what a line holds; the lines after it are found where they start.
+  auto db = LoadSource(dir, "1:a:b:c\n2:\n3:two  $\n4:end$$\r\n5:trimmed \t \r\n;6:comment\n\n7:$\n8:  x\n" +
+                                std::string("9:a\0b\n\0\n10:after\n", 17));
   EXPECT_EQ(text(*db, 1), "a:b:c");
   EXPECT_EQ(text(*db, 2), "");
   EXPECT_EQ(text(*db, 3), "two  ");
@@ -93,6 +95,8 @@ TEST(SfmMessageDb, TextsKeepColonsAndLoseOneDollar) {
   EXPECT_EQ(text(*db, 6), "");
   EXPECT_EQ(text(*db, 7), "");
   EXPECT_EQ(text(*db, 8), "  x");
+  EXPECT_EQ(text(*db, 9), "a");
+  EXPECT_EQ(text(*db, 10), "after");
   EXPECT_TRUE(log.lines.empty());
 }
 
