@@ -109,7 +109,6 @@ private:
 
   SYS_String readText(long key, bool keepDollar);
   void LoadText(SYS_String const &name);
-  bool nextLine(SYS_String &line, long &next);
   void LoadCompiled(SYS_String const &name);
   bool ReadCompiledRecords(long fileLength);
   void createKeyTable(long count);

@@ -8,6 +8,7 @@
 #include <climits>
 #include <cstdio>
 #include <cstring>
+#include <vector>
 
 using namespace sfm_msgdb;
 
@@ -34,6 +35,51 @@ long hashKey(int const &key, long buckets) {
 }
 
 bool isSpace(char ch) { return ch == ' ' || (ch >= '\t' && ch <= '\r'); }
+
+/// The pieces of a file exactly as GetLine(0) returns them, one after the other: at most
+/// 510 bytes, up to and including a newline, cut at a NUL as a C string is; each with the
+/// position where it starts. Reading in blocks spares an allocation and a position query
+/// per line.
+class LineReader {
+public:
+  explicit LineReader(SFM_File &file) : m_File(file), m_Buffer(1 << 16) {}
+
+  /// The next piece; false at the end of the file (or at a read error, which the file
+  /// has reported).
+  bool Next(char const *&text, int &length, long &start) {
+    constexpr std::size_t kLongest = 510;
+    if (m_End - m_Begin < kLongest && !m_AtEnd) refill();
+    if (m_Begin == m_End) return false;
+    char const *const piece = &m_Buffer[m_Begin];
+    std::size_t const available = std::min(m_End - m_Begin, kLongest);
+    char const *const newline = static_cast<char const *>(std::memchr(piece, '\n', available));
+    std::size_t const size = newline != nullptr ? static_cast<std::size_t>(newline - piece) + 1 : available;
+    text = piece;
+    length = static_cast<int>(strnlen(piece, size));
+    start = m_Position;
+    m_Begin += size;
+    m_Position += static_cast<long>(size);
+    return true;
+  }
+
+private:
+  void refill() {
+    std::memmove(m_Buffer.data(), m_Buffer.data() + m_Begin, m_End - m_Begin);
+    m_End -= m_Begin;
+    m_Begin = 0;
+    while (m_End < m_Buffer.size() && !m_AtEnd) {
+      long const got = m_File.Read(m_Buffer.data() + m_End, static_cast<long>(m_Buffer.size() - m_End));
+      if (got <= 0) m_AtEnd = true;
+      m_End += static_cast<std::size_t>(got > 0 ? got : 0);
+    }
+  }
+
+  SFM_File &m_File;
+  std::vector<char> m_Buffer;
+  std::size_t m_Begin = 0, m_End = 0;
+  long m_Position = 0;  // of m_Buffer[m_Begin] in the file
+  bool m_AtEnd = false;
+};
 
 }  // namespace
 
@@ -74,44 +120,26 @@ void SFM_MessageDB::fail(SYS_String const &why) {
   m_File.Close();
 }
 
-// The stream's position costs a system call, so the start of each line is counted from the
-// bytes read; only a line that ends short (the file's end, a NUL in it, a read error) asks
-// the stream. False when nothing more could be read.
-bool SFM_MessageDB::nextLine(SYS_String &line, long &next) {
-  constexpr int kLongestRead = 510;  // GetLine(0) reads at most this many bytes
-  long const start = next;
-  line = m_File.GetLine(0);
-  int const length = line.GetLength();
-  if (length > 0 && (line[length - 1] == '\n' || length == kLongestRead)) {
-    next = start + length;
-    return true;
-  }
-  next = m_File.GetPosition();
-  return length > 0 || next > start;
-}
-
 // Every rejected line changes nothing: neither the running key nor a section's largest
 // number. The one-byte length rules out texts beyond 254 bytes, and keys stay within 32
 // bits; both are reported like the other malformed lines rather than cut or wrapped.
 void SFM_MessageDB::LoadText(SYS_String const &name) {
   m_File.SetName(name);
   if (!m_File.Open("r")) return;
-  long count = 0, next = 0;
-  SYS_String line;
-  while (nextLine(line, next)) ++count;
+  long count = 0;
+  char const *text;
+  int length;
+  long start;
+  for (LineReader lines(m_File); lines.Next(text, length, start);) ++count;
   m_File.Rewind();
-  next = 0;
 
   SectionTableNode *section = m_Sections.AddHead(new SectionTableNode("", -1, 0));
   createKeyTable(count);
   std::int64_t last = 0;
   int base = 0;
-  for (int lineNumber = 1;; ++lineNumber) {
-    long const start = next;
-    if (!nextLine(line, next)) break;
-    if (start < 0 || start > INT_MAX - 512) return fail("the file is too large for 32-bit positions");
-    char const *const text = line;
-    int length = line.GetLength();
+  LineReader lines(m_File);
+  for (int lineNumber = 1; lines.Next(text, length, start); ++lineNumber) {
+    if (start > INT_MAX - 512) return fail("the file is too large for 32-bit positions");
     while (length > 0 && isSpace(text[length - 1])) --length;
     if (length == 0 || text[0] == ';') continue;
     auto reject = [&](char const *message, bool showLine) {
