@@ -116,6 +116,8 @@ void SFM_MessageDB::fail(SYS_String const &why) {
   m_Error = m_File.GetName();
   m_Error << ": " << why;
   m_Keys.reset();
+  m_SortedKeys.clear();
+  m_KeysSorted = false;
   while (SectionTableNode *const node = m_Sections.RemoveHead()) delete node;
   m_File.Close();
 }

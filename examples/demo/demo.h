@@ -8,9 +8,12 @@
 #define BFC_DEMO_H
 
 #include <cstdio>
+#include <string>
 
 /// Prints a section heading.
 inline void demoHeading(char const *title) { std::printf("\n== %s ==\n", title); }
+/// Removes a scratch folder with everything in it.
+void removeTree(std::string const &root);
 
 void demoText();
 void demoGeometry();

@@ -150,12 +150,12 @@ void manyOpenFiles(std::string const &root, HostFileHooks &hooks) {
   std::printf("\n  (the manager closed the least recently opened files for a while and reopened them unseen)\n");
 }
 
+}  // namespace
+
 void removeTree(std::string const &root) {
   ::nftw(root.c_str(), [](char const *path, struct stat const *, int, FTW *) { return ::remove(path); }, 16,
          FTW_DEPTH | FTW_PHYS);
 }
-
-}  // namespace
 
 void demoFiles() {
   demoHeading("Files: a board file, 200 open libraries, backups");

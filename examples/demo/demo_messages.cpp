@@ -10,7 +10,6 @@
 #include "sfm.h"
 #include "sfm_msgdb.h"
 
-#include <cstdlib>
 #include <string>
 #include <unistd.h>
 
@@ -70,5 +69,5 @@ void demoMessages() {
                 manager.ShowFile("my board.brd") ? "started" : "not started");
     std::printf(" the manager is consistent: %s\n", manager.IsValid() ? "yes" : "no");
   }
-  std::system(("rm -rf '" + root + "'").c_str());
+  removeTree(root);
 }
