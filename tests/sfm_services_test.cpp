@@ -3,6 +3,7 @@
 
 #include "plat/plat_process.h"
 #include "plat/plat_settings.h"
+#include "plat_error.h"
 #include "plat_fault.h"
 #include "sfm_msgdb.h"
 #include "tests/msgdb_support.h"
@@ -117,6 +118,8 @@ TEST(SfmSettings, EntriesByNameInAnyCaseWithDefaults) {
   rec.manager.SetProfileString("a", "k=v", "1");
   rec.manager.SetProfileString("a]", "k", "1");
   EXPECT_EQ(TempDir::Read(path), before);
+  EXPECT_FALSE(plat::writeSetting(path, "a", "w", "\r"));
+  EXPECT_EQ(PLAT_GetLastError(), EINVAL);
 
   rec.manager.SetProfilePath(nullptr);
   ASSERT_EQ(setenv("XDG_CONFIG_HOME", (dir / "xdg").c_str(), 1), 0);
@@ -135,12 +138,11 @@ TEST(SfmSettings, FailedWritesLeaveTheOldFile) {
     PLAT_FailCall(call, call == PLAT_CallOpen ? 2 : 1, ENOSPC);  // the first open reads
     rec.manager.SetProfileString("s", "e", "new");
     EXPECT_EQ(TempDir::Read(path), "[s]\ne=old\n") << call;
+    EXPECT_EQ(TempDir::Read(path + ".tmp." + std::to_string(::getpid())), "<missing>") << call;
   }
   PLAT_ClearFailures();
-  struct stat info;
   rec.manager.SetProfileString("s", "e", "new");
   EXPECT_EQ(std::string(rec.manager.ReadProfileString("s", "e", "")), "new");
-  EXPECT_NE(::stat((path + ".tmp." + std::to_string(::getpid())).c_str(), &info), 0);
 }
 
 // A writer killed at any moment leaves the old file or the new one, never a mixture.
@@ -206,7 +208,11 @@ TEST(SfmShowFile, StartsTheEditorWithTheNameAsOneArgument) {
 
   PLAT_FailCall(PLAT_CallSpawn, 1, EAGAIN);
   EXPECT_EQ(rec.manager.ShowFile("x"), 0);
+  EXPECT_EQ(PLAT_GetLastError(), EAGAIN);
   rec.manager.SetProfileString("general", "editor", (dir / "no such editor").c_str());
   EXPECT_EQ(rec.manager.ShowFile("x"), 0);
+  EXPECT_EQ(PLAT_GetLastError(), ENOENT);
+  EXPECT_FALSE(plat::startProgram(" \t"));
+  EXPECT_EQ(PLAT_GetLastError(), EINVAL);
   EXPECT_TRUE(rec.Codes(true).empty());  // nothing is reported
 }
