@@ -136,7 +136,7 @@ TEST(SfmSettings, FailedWritesLeaveTheOldFile) {
   rec.manager.SetProfilePath(path.c_str());
   for (PLAT_Call call : {PLAT_CallOpen, PLAT_CallWrite, PLAT_CallFlush, PLAT_CallRename}) {
     PLAT_FailCall(call, call == PLAT_CallOpen ? 2 : 1, ENOSPC);  // the first open reads
-    rec.manager.SetProfileString("s", "e", "new");
+    EXPECT_FALSE(plat::writeSetting(path, "s", "e", "new")) << call;
     EXPECT_EQ(TempDir::Read(path), "[s]\ne=old\n") << call;
     EXPECT_EQ(TempDir::Read(path + ".tmp." + std::to_string(::getpid())), "<missing>") << call;
   }
