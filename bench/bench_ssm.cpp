@@ -64,14 +64,14 @@ private:
 
 long g_Seen = 0;
 
-int ssmAction(int, int *param) {
+int ssmAction(int, SYS_Handle *param) {
   SSM::AssertObj record;
   record.SetHandle(SSM::AssertObj::HandleOf(param), nullptr);
   record.SetAction(SSM::ActContinue);
   return 0;
 }
 
-int ssmReport(int, int *param) {
+int ssmReport(int, SYS_Handle *param) {
   SSM::AssertObj record;
   record.SetHandle(SSM::AssertObj::HandleOf(param), nullptr);
   g_Seen += record.GetCount();
@@ -81,7 +81,7 @@ int ssmReport(int, int *param) {
 void Ssm_Warning(benchmark::State &state) {
   int const sites = static_cast<int>(state.range(0));
   SSM manager;
-  SCC_EventHook<int> action(ssmAction), report(ssmReport);
+  SCC_EventHook<SYS_Handle> action(ssmAction), report(ssmReport);
   manager.GetAssertEvent().Insert(action);
   manager.GetReportEvent().Insert(report);
   for (int line = 0; line < sites; ++line) manager.AssertFailed("open failed", kFile, line, SSM_Warning, 0);

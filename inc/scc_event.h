@@ -299,14 +299,19 @@ void SCC_Event<T>::takeRing(SCC_Event &source) noexcept {
 }
 
 /// The event of the containers and services: an integer code and a pointer
-/// parameter whose meaning the raising class fixes (a handle is passed cast to
-/// the pointer).
-class SCC_Notifier : public SCC_Event<int> {
+/// parameter whose meaning the raising class fixes. A handle travels as the
+/// pointer's value, so every bit of a SYS_Handle arrives.
+class SCC_Notifier : public SCC_Event<SYS_Handle> {
 public:
+  /// The handle a notification carries, from its parameter.
+  static SYS_Handle HandleOf(SYS_Handle *param) noexcept { return reinterpret_cast<SYS_Handle>(param); }
+  /// The parameter that carries `handle`.
+  static SYS_Handle *ParamOf(SYS_Handle handle) noexcept { return reinterpret_cast<SYS_Handle *>(handle); }
+
   SCC_Notifier() noexcept = default;
-  SCC_Notifier(SCC_Notifier &source) noexcept : SCC_Event<int>(source) {}
+  SCC_Notifier(SCC_Notifier &source) noexcept : SCC_Event<SYS_Handle>(source) {}
   SCC_Notifier &operator=(SCC_Notifier &source) {
-    SCC_Event<int>::operator=(source);
+    SCC_Event<SYS_Handle>::operator=(source);
     return *this;
   }
 };

@@ -195,9 +195,9 @@ public:
   HashFunction GetHashFunction() const noexcept { return m_HashFunction; }
 
   /// The value a code 1 or 2 is about, from the notification's parameter.
-  static V *ValueOf(int *param) noexcept { return reinterpret_cast<V *>(param); }
+  static V *ValueOf(SYS_Handle *param) noexcept { return reinterpret_cast<V *>(param); }
   /// The parameter that carries a value's address.
-  static int *ParamOf(V *value) noexcept { return reinterpret_cast<int *>(value); }
+  static SYS_Handle *ParamOf(V *value) noexcept { return reinterpret_cast<SYS_Handle *>(value); }
 
 private:
   friend class _Iterator;

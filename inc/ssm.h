@@ -113,9 +113,9 @@ public:
     void SetHandle(SYS_Handle handle, SSM *manager);
 
     /// The handle a handler is told, from its notification parameter.
-    static SYS_Handle HandleOf(int *param) noexcept { return reinterpret_cast<SYS_Handle>(param); }
+    static SYS_Handle HandleOf(SYS_Handle *param) noexcept { return reinterpret_cast<SYS_Handle>(param); }
     /// The notification parameter that carries `handle`.
-    static int *ParamOf(SYS_Handle handle) noexcept { return reinterpret_cast<int *>(handle); }
+    static SYS_Handle *ParamOf(SYS_Handle handle) noexcept { return reinterpret_cast<SYS_Handle *>(handle); }
 
     /// -1, 0 or 1 as `a` is below, equal to or above `b`, as signed numbers.
     static int DefaultSort(SYS_Handle const &a, SYS_Handle const &b) noexcept { return a < b ? -1 : (b < a ? 1 : 0); }

@@ -140,7 +140,7 @@ int SSM::AssertFailed(char const *text, char const *file, int line, SSM_FailureT
   if (record.m_Message.GetLength() != static_cast<int>(std::strlen(message)) || record.m_Message != message)
     record.m_Message = message;
 
-  int *const param = AssertObj::ParamOf(reinterpret_cast<SYS_Handle>(&record));
+  SYS_Handle *const param = AssertObj::ParamOf(reinterpret_cast<SYS_Handle>(&record));
   if (type == SSM_Critical) {
     throwPending = true;
   } else if (m_SilentMode == 0 && record.m_Enabled != 0) {

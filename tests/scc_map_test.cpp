@@ -14,8 +14,8 @@ namespace {
 typedef SCC_Map<int, int> IntMap;
 
 /// A hook on an int-valued map that logs "code" or "code:value" and then runs an optional action.
-struct MapProbe : SCC_EventHook<int> {
-  int OnNotification(int code, int *param) override {
+struct MapProbe : SCC_EventHook<SYS_Handle> {
+  int OnNotification(int code, SYS_Handle *param) override {
     std::string entry = std::to_string(code);
     if (code == 1 || code == 2) {
       entry += ":" + std::to_string(*IntMap::ValueOf(param));

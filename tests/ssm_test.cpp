@@ -17,9 +17,9 @@ namespace {
 typedef std::vector<std::string> Log;
 
 /// A handler that logs "name:code" and then runs an optional action with the handle it was told.
-struct Spy : SCC_EventHook<int> {
-  Spy(char const *name, Log &log, int priority = 0) : SCC_EventHook<int>(nullptr, priority), m_Name(name), m_Log(log) {}
-  int OnNotification(int code, int *param) override {
+struct Spy : SCC_EventHook<SYS_Handle> {
+  Spy(char const *name, Log &log, int priority = 0) : SCC_EventHook<SYS_Handle>(nullptr, priority), m_Name(name), m_Log(log) {}
+  int OnNotification(int code, SYS_Handle *param) override {
     m_Log.push_back(m_Name + ":" + std::to_string(code));
     m_Handles.push_back(SSM::AssertObj::HandleOf(param));
     if (m_Action) m_Action(SSM::AssertObj::HandleOf(param));

@@ -21,7 +21,7 @@ char const *typeName(int type) {
 }
 
 /// The record a handler is told about: the parameter carries the handle itself.
-SSM::AssertObj recordOf(int *param) {
+SSM::AssertObj recordOf(SYS_Handle *param) {
   SSM::AssertObj record;
   record.SetHandle(SSM::AssertObj::HandleOf(param), SSM::GetManager());
   return record;
@@ -29,7 +29,7 @@ SSM::AssertObj recordOf(int *param) {
 
 /// The host's policy: a warning is noted and the work goes on, an error aborts the
 /// command. Critical failures of the library never reach this handler.
-int choosePolicy(int type, int *param) {
+int choosePolicy(int type, SYS_Handle *param) {
   SSM::AssertObj record = recordOf(param);
   record.SetAction(type == SSM_Warning ? SSM::ActContinue : SSM::ActThrow);
   std::printf("  [policy] %s -> %s\n", typeName(type), type == SSM_Warning ? "continue" : "throw");
@@ -37,7 +37,7 @@ int choosePolicy(int type, int *param) {
 }
 
 /// The status window: every report, whatever the policy said.
-int showReport(int type, int *param) {
+int showReport(int type, SYS_Handle *param) {
   SSM::AssertObj const record = recordOf(param);
   std::printf("  [report] %-8s %s(%ld): \"%s\" (seen %ld time%s)\n", typeName(type),
               static_cast<char const *>(record.GetFileName()), record.GetLineNo(),
@@ -46,7 +46,7 @@ int showReport(int type, int *param) {
 }
 
 /// The session log: only for sites that want logging and are enabled.
-int writeLog(int, int *param) {
+int writeLog(int, SYS_Handle *param) {
   SSM::AssertObj record = recordOf(param);
   SYS_String entry;
   entry.Format("logged at report %ld", record.GetCount());
@@ -97,7 +97,7 @@ void listRecords(SSM &manager) {
 /// The host's session: the manager lives as long as it does.
 void hostSession() {
   SSM manager;
-  SCC_EventHook<int> policy(choosePolicy), report(showReport), log(writeLog);
+  SCC_EventHook<SYS_Handle> policy(choosePolicy), report(showReport), log(writeLog);
   manager.GetAssertEvent().Insert(policy);
   manager.GetReportEvent().Insert(report);
   manager.GetLogEvent().Insert(log);

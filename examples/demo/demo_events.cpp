@@ -37,7 +37,7 @@ class Ratsnest {
 public:
   explicit Ratsnest(NetList &nets) : m_Nets(nets), m_Hook(this, &Ratsnest::OnChange, 10) { nets.Insert(m_Hook); }
 
-  int OnChange(int code, int *) {
+  int OnChange(int code, SYS_Handle *) {
     hear("ratsnest", code);
     if (code == 1 || code == 2) {
       ++g_Depth;
@@ -49,13 +49,13 @@ public:
 
 private:
   NetList &m_Nets;
-  SCC_ObjectEventHook<Ratsnest, int> m_Hook;
+  SCC_ObjectEventHook<Ratsnest, SYS_Handle> m_Hook;
 };
 
 /// A check the host wants once: it disconnects itself on the first thing it hears.
-struct OneShotCheck : SCC_EventHook<int> {
-  OneShotCheck() : SCC_EventHook<int>(nullptr, 5) {}
-  int OnNotification(int code, int *) override {
+struct OneShotCheck : SCC_EventHook<SYS_Handle> {
+  OneShotCheck() : SCC_EventHook<SYS_Handle>(nullptr, 5) {}
+  int OnNotification(int code, SYS_Handle *) override {
     hear("DRC (once)", code);
     Disconnect();
     std::printf("  %*s%-12s disconnects itself\n", 4 * g_Depth, "", "DRC (once)");
@@ -63,21 +63,21 @@ struct OneShotCheck : SCC_EventHook<int> {
   }
 };
 
-int undoLog(int code, int *param) {
+int undoLog(int code, SYS_Handle *param) {
   hear("undo log", code);
   if (code == 2) std::printf("  %*s%-12s saves a net of %d pins\n", 4 * g_Depth, "", "", NetList::ValueOf(param)->pins);
   return 0;
 }
 
-int statusBar(int code, int *) { return hear("status bar", code), 0; }
+int statusBar(int code, SYS_Handle *) { return hear("status bar", code), 0; }
 
 }  // namespace
 
 void demoEvents() {
   demoHeading("Events: a net list that announces its changes");
   NetList nets(53);
-  SCC_EventHook<int> status(statusBar, 0);
-  SCC_EventHook<int> undo(undoLog, 5);
+  SCC_EventHook<SYS_Handle> status(statusBar, 0);
+  SCC_EventHook<SYS_Handle> undo(undoLog, 5);
   nets.Insert(status);
   nets.Insert(undo);
   Ratsnest ratsnest(nets);
