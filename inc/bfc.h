@@ -37,6 +37,7 @@
 #include "scc_arr.h"
 #include "scc_sortarr.h"
 #include "sccstack.h"
+#include "scc_stdcoll.h"
 #include "plat_fault.h"
 #include "plat_findrecord.h"
 #include "sfm_filepath.h"

@@ -223,6 +223,14 @@ public:
   T &operator[](int index);
 
   _SCC_ArrayBuffer *GetData() override { return m_Buffer; }
+  /// The elements from the lower bound on, read-only and without un-sharing the buffer;
+  /// null when there are none. Valid until the array next changes.
+  T const *GetElements() const noexcept {
+    Buffer const *const buffer = m_Buffer;
+    return buffer != nullptr && buffer->m_Upper > buffer->m_Lower
+               ? buffer->m_Elements + (buffer->m_Lower - buffer->m_AllocLower)
+               : nullptr;
+  }
   int GetUpperBound() const override { return m_Buffer != nullptr ? m_Buffer->m_Upper : 0; }
   int GetLowerBound() const override { return m_Buffer != nullptr ? m_Buffer->m_Lower : 0; }
   int GetCount() const override { return m_Buffer != nullptr ? m_Buffer->m_Upper - m_Buffer->m_Lower : 0; }
