@@ -24,6 +24,15 @@ void *operator new(std::size_t size) {
   if (void *block = std::malloc(size != 0 ? size : 1)) return block;
   throw std::bad_alloc();
 }
+// Every form that pairs with the deletes below allocates the same way (std::stable_sort asks for
+// its buffer without exceptions).
+void *operator new(std::size_t size, std::nothrow_t const &) noexcept {
+  try {
+    return operator new(size);
+  } catch (std::bad_alloc const &) {
+    return nullptr;
+  }
+}
 void operator delete(void *block) noexcept { std::free(block); }
 void operator delete(void *block, std::size_t) noexcept { std::free(block); }
 
