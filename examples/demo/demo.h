@@ -25,5 +25,6 @@ void demoArrays();
 void demoAssertions();
 void demoFiles();
 void demoMessages();
+void demoCollections();
 
 #endif

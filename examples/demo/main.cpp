@@ -18,6 +18,7 @@ int main() {
   demoAssertions();
   demoFiles();
   demoMessages();
+  demoCollections();
   std::printf("\nDemo finished.\n");
   return 0;
 }
