@@ -17,6 +17,8 @@
 #include "sys_base.h"
 #include "sys_filter.h"
 
+#include <cstddef>
+
 /// The codes a collection raises on its change notifier, each with a handle.
 enum SCC_CollectionChange {
   SCC_CollectionAdded = 1,      ///< an item was added
@@ -195,6 +197,8 @@ public:
   void SetSort(CompareFunction compare, int descending);
   /// Sorts by `sort` (shared; null: by handle value), descending when `descending` is non-zero, and reloads.
   void SetSort(SCC_Sort<SYS_Handle> *sort, int descending);
+  /// Sorts by handle value, descending when `descending` is non-zero, and reloads.
+  void SetSort(std::nullptr_t, int descending) { SetSort(static_cast<SCC_Sort<SYS_Handle> *>(nullptr), descending); }
   /// The collection's own change notifier.
   SCC_Notifier *GetChangeEvent() noexcept { return &m_ChangeEvent; }
   /// The number of items.
@@ -267,6 +271,7 @@ private:
   void copyFrom(SCC_StdCollection const &source);
 
   int m_SortDirection;                      // 1 ascending, -1 descending
+  unsigned m_HookRemovals;                  // counts hooks let go of, so a remembered hook can be trusted
   SCC_Array<SuspendedEvent> *m_pReplaying;  // the notifications being replayed, or null
 };
 

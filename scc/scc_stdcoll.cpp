@@ -50,6 +50,7 @@ SCC_StdCollection::SCC_StdCollection(SCC_StdCollection *parent)
       m_HasItems(0),
       m_ParentHook(this, &SCC_StdCollection::OnParentNotification, 0),
       m_SortDirection(1),
+      m_HookRemovals(0),
       m_pReplaying(nullptr) {
   SetParent(parent);
 }
@@ -62,6 +63,7 @@ SCC_StdCollection &SCC_StdCollection::operator=(SCC_StdCollection const &source)
   if (&source == this) return *this;
   HandleArray const before(m_Items);
   m_HandleData.RemoveAll();
+  ++m_HookRemovals;
   m_EventHooks.RemoveAll();
   SCC_EventNode<SYS_Handle>::Disconnect();
   m_EventSource = nullptr;
@@ -215,10 +217,13 @@ void SCC_StdCollection::rebuildItems() {
   SCC_Notifier *notifier = nullptr;
   EventHook *hook = nullptr;
   ConnectEvent(1, &notifier, &hook);
+  unsigned removals = m_HookRemovals;
   std::vector<SYS_Handle> passing;
   for (int more = _GetFirst(); more != 0; more = _GetNext()) {
     SYS_Handle const handle = GetSlider();
     if (Filter(handle) != 0) passing.push_back(handle);
+    // The source and the filter may have made the collection let go of the remembered hook.
+    if (m_HookRemovals != removals) notifier = nullptr, hook = nullptr, removals = m_HookRemovals;
     ConnectEvent(1, &notifier, &hook);
   }
   if (parent != nullptr) parent->SetSlider(parentSlider);
@@ -255,6 +260,7 @@ void SCC_StdCollection::Clear() {
 
 void SCC_StdCollection::dropAll() {
   m_HandleData.RemoveAll();
+  ++m_HookRemovals;
   m_EventHooks.RemoveAll();
   m_Items.Clear();
   m_Focus.Clear();

@@ -67,6 +67,7 @@ void SCC_StdCollection::ConnectEvent(int connect, SCC_Notifier **notifier, Event
   if (connect != 0) {
     ++found->m_UseCount;
   } else if (--found->m_UseCount <= 0) {
+    ++m_HookRemovals;
     m_EventHooks.Remove(key);  // destroying the hook disconnects it
   }
 }

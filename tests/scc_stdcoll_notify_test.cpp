@@ -227,4 +227,15 @@ TEST(CollectionParent, ChildFollowsParentFocus) {
   parent.GetChangeEvent()->Notify(SCC_CollectionDropped, nullptr);
   EXPECT_EQ(child.GetCount(), 0);
   EXPECT_EQ(changes.Take(), "5:0 6:0");
+
+  // Parentless, the child reloads from its own source; the hook on the old parent stays, so
+  // codes for handle 0 still reach it and codes for handles do not.
+  child.source = handles({20});
+  child.SetParent(nullptr);
+  EXPECT_EQ(child.Items(), handles({20}));
+  child.source = handles({21});
+  parent.SetFocus(handleOf(1), false);
+  EXPECT_EQ(child.Items(), handles({20}));
+  parent.GetChangeEvent()->Notify(SCC_CollectionRebuilt, nullptr);
+  EXPECT_EQ(child.Items(), handles({21}));
 }
