@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <memory>
 #include <random>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -116,9 +117,26 @@ BENCHMARK(Collection_Reload_VectorStableSort)->ArgsProduct({{1000, 10000, 100000
 
 constexpr int kChanges = 10000;
 
-/// A collection of n items, then 10,000 notifications: insert a new handle, remove an old one.
+/// 5,000 pairs (handle added, handle removed): every removal takes an item that is there, so
+/// the collection keeps n items throughout.
+std::vector<std::pair<SYS_Handle, SYS_Handle>> changesOf(std::vector<SYS_Handle> present) {
+  std::vector<std::pair<SYS_Handle, SYS_Handle>> changes;
+  std::mt19937 random(11);
+  SYS_Handle fresh = static_cast<SYS_Handle>(present.size()) + 1;
+  for (int k = 0; k < kChanges / 2; ++k) {
+    present.push_back(fresh);
+    std::size_t const at = random() % present.size();
+    changes.emplace_back(fresh++, present[at]);
+    present[at] = present.back();
+    present.pop_back();
+  }
+  return changes;
+}
+
+/// A collection of n items, then the changes as notifications on its source's notifier.
 void Collection_Notify_Bfc(benchmark::State &state) {
   auto const source = sourceOf(state.range(0), false);
+  auto const changes = changesOf(source);
   for (auto _ : state) {
     state.PauseTiming();
     auto coll = std::make_unique<VectorCollection>(source);
@@ -127,10 +145,9 @@ void Collection_Notify_Bfc(benchmark::State &state) {
     coll->SetSort(&byKey, 0);
     coll->AllowReload(1);
     state.ResumeTiming();
-    SYS_Handle fresh = static_cast<SYS_Handle>(source.size()) + 1;
-    for (int k = 0; k < kChanges / 2; ++k) {
-      list.Notify(SCC_ItemAdded, SCC_Notifier::ParamOf(fresh++));
-      list.Notify(SCC_ItemRemoving, SCC_Notifier::ParamOf(source[static_cast<std::size_t>(k * 7) % source.size()]));
+    for (auto const &change : changes) {
+      list.Notify(SCC_ItemAdded, SCC_Notifier::ParamOf(change.first));
+      list.Notify(SCC_ItemRemoving, SCC_Notifier::ParamOf(change.second));
     }
     benchmark::DoNotOptimize(coll->GetCount());
     state.PauseTiming();
@@ -142,18 +159,16 @@ BENCHMARK(Collection_Notify_Bfc)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(bench
 
 void Collection_Notify_Vector(benchmark::State &state) {
   auto const source = sourceOf(state.range(0), false);
+  auto const changes = changesOf(source);
   for (auto _ : state) {
     state.PauseTiming();
     std::vector<SYS_Handle> items(source);
     std::stable_sort(items.begin(), items.end(), keyLess);
     state.ResumeTiming();
-    SYS_Handle fresh = static_cast<SYS_Handle>(source.size()) + 1;
-    for (int k = 0; k < kChanges / 2; ++k) {
-      SYS_Handle const added = fresh++;
-      items.insert(std::upper_bound(items.begin(), items.end(), added, keyLess), added);
-      SYS_Handle const removed = source[static_cast<std::size_t>(k * 7) % source.size()];
-      auto const range = std::equal_range(items.begin(), items.end(), removed, keyLess);
-      auto const at = std::find(range.first, range.second, removed);
+    for (auto const &change : changes) {
+      items.insert(std::upper_bound(items.begin(), items.end(), change.first, keyLess), change.first);
+      auto const range = std::equal_range(items.begin(), items.end(), change.second, keyLess);
+      auto const at = std::find(range.first, range.second, change.second);
       if (at != range.second) items.erase(at);
     }
     benchmark::DoNotOptimize(items.size());

@@ -251,6 +251,8 @@ private:
   void addFocus(SYS_Handle handle);
   /// Removes the first occurrence of `handle` from the focus; true when there was one.
   bool removeFocus(SYS_Handle handle);
+  /// SetSlider for a handle whose first index is known (-1: not an item).
+  void sliderTo(SYS_Handle handle, long index);
   void placeAt(long index);
   void standNowhere();
   void restorePosition(Position const &saved);

@@ -6,6 +6,7 @@
 //===------------------------------------------------------------------===//
 #include "scc_stdcoll.h"
 
+#include "scc/scc_handle_scan.h"
 #include "scc/scc_handle_set.h"
 #include "ssm_report.h"
 
@@ -291,11 +292,8 @@ int SCC_StdCollection::compareItems(SYS_Handle a, SYS_Handle b) {
 }
 
 long SCC_StdCollection::findItem(SYS_Handle handle) const {
-  SYS_Handle const *const first = m_Items.GetElements();
-  if (first == nullptr) return -1;
-  SYS_Handle const *const last = first + m_Items.GetCount();
-  SYS_Handle const *const at = std::find(first, last, handle);
-  return at != last ? m_Items.GetLowerBound() + (at - first) : -1;
+  long const at = scc_detail::firstIndexOf(m_Items.GetElements(), m_Items.GetCount(), handle);
+  return at >= 0 ? m_Items.GetLowerBound() + at : -1;
 }
 
 // The element is read afresh at every step: a compare function that changes the
@@ -415,8 +413,9 @@ void SCC_StdCollection::restorePosition(Position const &saved) {
 
 SYS_Handle SCC_StdCollection::GetSlider() { return _GetSlider(); }
 
-void SCC_StdCollection::SetSlider(SYS_Handle handle) {
-  long const index = handle != 0 ? findItem(handle) : -1;
+void SCC_StdCollection::SetSlider(SYS_Handle handle) { sliderTo(handle, handle != 0 ? findItem(handle) : -1); }
+
+void SCC_StdCollection::sliderTo(SYS_Handle handle, long index) {
   if (index < 0) {
     standNowhere();
     _SetSlider(0);

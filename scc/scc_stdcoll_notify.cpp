@@ -94,7 +94,7 @@ int SCC_StdCollection::OnNotification(int code, SYS_Handle *param) {
   }
 
   Position const saved(m_Position);
-  if (code != SCC_ItemAdded && code != SCC_ItemChanged) SetSlider(handle);
+  if (code != SCC_ItemAdded && code != SCC_ItemChanged) sliderTo(handle, found);  // SetSlider, without a second scan
   Position at;  // follows the item through the changes below
   if (found >= 0) {
     at.Attach(&m_Items, 0);

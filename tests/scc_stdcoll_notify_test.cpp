@@ -8,14 +8,6 @@
 
 namespace {
 
-typedef std::vector<SYS_Handle> Handles;
-
-Handles handles(std::initializer_list<long> numbers) {
-  Handles result;
-  for (long n : numbers) result.push_back(handleOf(n));
-  return result;
-}
-
 /// Sort keys the test changes: handle number -> key; unknown handles sort by their number.
 std::map<SYS_Handle, int> g_Keys;
 int byKey(SYS_Handle const &a, SYS_Handle const &b) {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <vector>
@@ -14,6 +15,13 @@
 /// int anywhere shows; the number itself on i386.
 inline SYS_Handle handleOf(long n) {
   return sizeof(SYS_Handle) > 4 ? static_cast<SYS_Handle>((static_cast<long long>(n) << 34) | n) : n;
+}
+
+/// The handles of the test numbers given.
+inline std::vector<SYS_Handle> handles(std::initializer_list<long> numbers) {
+  std::vector<SYS_Handle> result;
+  for (long n : numbers) result.push_back(handleOf(n));
+  return result;
 }
 
 /// A collection whose source is a list of handles in the source's own order. The source's

@@ -10,14 +10,6 @@
 
 namespace {
 
-typedef std::vector<SYS_Handle> Handles;
-
-Handles handles(std::initializer_list<long> numbers) {
-  Handles result;
-  for (long n : numbers) result.push_back(handleOf(n));
-  return result;
-}
-
 /// A collection over a list that is allowed to reload, with a listener on its changes.
 struct Collection : ::testing::Test {
   void SetUp() override {
@@ -101,7 +93,7 @@ TEST_F(Collection, SortFilterAndDirection) {
 
 // Large reloads against the order one-by-one insertion gives, many equal keys included.
 TEST_F(Collection, LargeReloadMatchesInsertionOrder) {
-  Handles source, expected;
+  std::vector<SYS_Handle> source, expected;
   for (long n = 0; n < 3000; ++n) source.push_back(handleOf((n * 7919) % 3001 + 1));
   for (SYS_Handle h : source) {
     auto at = std::upper_bound(expected.begin(), expected.end(), h,
@@ -137,6 +129,20 @@ TEST_F(Collection, NavigationMovesSliderAndStopsAtEnds) {
   items.SetSlider(handleOf(7));  // not an item
   EXPECT_EQ(items.GetPosition(), SYS_Nowhere);
   EXPECT_EQ(items.GetSlider(), 0);
+}
+
+// A lookup finds the first index wherever it falls in the scan's blocks of eight, and never
+// takes a handle that shares only one 32-bit half with the one sought.
+TEST_F(Collection, LookupComparesWholeHandles) {
+  SYS_Handle const twin = static_cast<SYS_Handle>(sizeof(SYS_Handle) > 4 ? (1LL << 40) : 0) | 21;
+  items.source = {twin};
+  for (long n = 1; n <= 20; ++n) items.source.push_back(n);
+  items.AllowReload(1);  // by value: 1 .. 20, then the twin of 21 (21 itself on i386)
+  for (long n : {1, 8, 9, 16, 17, 20}) EXPECT_EQ(items.GetPositionByHandle(n), n - 1) << n;
+  EXPECT_EQ(items.GetPositionByHandle(twin), 20);
+  EXPECT_EQ(items.GetPositionByHandle(21), sizeof(SYS_Handle) > 4 ? -1 : 20);
+  EXPECT_EQ(items.GetPositionByHandle(static_cast<SYS_Handle>(sizeof(SYS_Handle) > 4 ? (1LL << 40) : 0) | 3),
+            sizeof(SYS_Handle) > 4 ? -1 : 2);
 }
 
 // FindNextTempItem finds the next passing handle in source order and puts the slider back.
