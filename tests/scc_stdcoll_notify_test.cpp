@@ -8,32 +8,7 @@
 
 namespace {
 
-/// Sort keys the test changes: handle number -> key; unknown handles sort by their number.
-std::map<SYS_Handle, int> g_Keys;
-int byKey(SYS_Handle const &a, SYS_Handle const &b) {
-  long const x = g_Keys.count(a) ? g_Keys[a] : a & 0xFFFF, y = g_Keys.count(b) ? g_Keys[b] : b & 0xFFFF;
-  return (x > y) - (x < y);
-}
-
-struct Notifications : ::testing::Test {
-  void SetUp() override {
-    g_Keys.clear();
-    items.listNotifier = &list;
-    items.SetEvent(&list);
-    items.SetNotificationHandler(&changes);
-    items.SetSort(&byKey, 0);
-  }
-  void Load(std::initializer_list<long> numbers) {
-    items.source = handles(numbers);
-    items.AllowReload(1);
-    changes.Take();
-  }
-  void Raise(int code, long number) { list.Notify(code, SCC_Notifier::ParamOf(handleOf(number))); }
-
-  SCC_Notifier list;
-  ListCollection items;
-  CollectionLog changes;
-};
+typedef CollectionTest Notifications;
 
 /// Passes every handle but those the test rejects.
 struct Rejecting : SYS_Filter {
@@ -55,46 +30,11 @@ TEST_F(Notifications, ResumeReplaysNewestPerHandle) {
   items.Suspend(0);
   EXPECT_EQ(changes.Take(), "2:8 1:7");  // 3 for a handle that is not an item adds it
   EXPECT_EQ(items.Items(), handles({7}));
-  items.Suspend(0);  // not suspended: nothing
-  EXPECT_TRUE(items.Held().empty());
-}
-
-// Codes 5 and 6 are never held: they drop what is held and act at once.
-TEST_F(Notifications, ReloadAndDropActWhileSuspended) {
-  Load({1});
-  items.Suspend(1);
-  Raise(2, 1);
-  items.source = handles({1, 2});
-  list.Notify(SCC_ItemsReload, nullptr);
-  EXPECT_TRUE(items.Held().empty());
-  EXPECT_EQ(items.Items(), handles({1, 2}));
-  list.Notify(SCC_ItemsDropped, nullptr);
-  EXPECT_EQ(items.GetCount(), 0);
-  EXPECT_EQ(changes.Take(), "5:0 6:0");
-}
-
-// A changed item that sorts where it stands is announced; one whose key moved past a
-// neighbour leaves and comes back at its new place, still focused; the position stays.
-TEST_F(Notifications, ChangedItemMovesOrIsAnnounced) {
-  Load({1, 2, 3});
-  items.SetFocus(handleOf(1), false);
-  items.SetPosition(1);
-  changes.Take();
-  Raise(3, 2);
-  EXPECT_EQ(changes.Take(), "3:2");
-  g_Keys[handleOf(1)] = 10;
-  Raise(3, 1);
-  EXPECT_EQ(changes.Take(), "2:1 1:1");
-  EXPECT_EQ(items.Items(), handles({2, 3, 1}));
-  EXPECT_EQ(items.Focus(), handles({1}));
-  EXPECT_EQ(items.GetPosition(), 1);
-  EXPECT_EQ(items.GetSlider(), handleOf(3));  // the handle now at the old index
 }
 
 // An item that fails the filter on change leaves (keeping its data); a removal drops the
-// data; notifications about handles that are neither items nor passing are ignored, also
-// while suspended.
-TEST_F(Notifications, FilterFailureRemovalAndIgnoredHandles) {
+// data; a notification about a handle that neither is an item nor passes is ignored.
+TEST_F(Notifications, FilterFailureKeepsDataRemovalDropsIt) {
   Rejecting filter;
   items.SetFilter(&filter);
   Load({2, 4, 6});
@@ -107,33 +47,10 @@ TEST_F(Notifications, FilterFailureRemovalAndIgnoredHandles) {
   EXPECT_EQ(items.GetHandleData(handleOf(4)), 9);
   Raise(2, 6);
   EXPECT_EQ(items.GetHandleData(handleOf(6)), 0);
-  Raise(2, 5), Raise(3, 4);  // passing but absent; failing and absent
   items.Suspend(1);
-  Raise(1, 4);
+  Raise(1, 4);  // failing and absent: not even held
   EXPECT_TRUE(items.Held().empty());
-  items.Suspend(0);
   EXPECT_EQ(changes.Take(), "2:6");
-  EXPECT_EQ(items.Items(), handles({2}));
-}
-
-// Items that share a notifier share one hook; it goes with the last of them, even when that
-// removal is delivered through the hook itself.
-TEST_F(Notifications, SharedNotifierHookCountsItsItems) {
-  SCC_Notifier shared, single;
-  items.notifierOf = [&](SYS_Handle h) { return (h & 0xFF) == 3 ? &single : &shared; };
-  Load({1, 2, 3});
-  EXPECT_EQ(items.UseCount(&shared), 2);
-  EXPECT_EQ(items.UseCount(&single), 1);
-  shared.Notify(SCC_ItemRemoving, SCC_Notifier::ParamOf(handleOf(1)));
-  EXPECT_EQ(items.UseCount(&shared), 1);
-  shared.Notify(SCC_ItemRemoving, SCC_Notifier::ParamOf(handleOf(2)));
-  EXPECT_EQ(items.UseCount(&shared), -1);
-  shared.Notify(SCC_ItemsDropped, nullptr);  // no longer heard
-  EXPECT_EQ(items.Items(), handles({3}));
-  single.Notify(SCC_ItemAdded, SCC_Notifier::ParamOf(handleOf(3)));  // no presence check
-  EXPECT_EQ(items.Items(), handles({3, 3}));
-  EXPECT_EQ(items.UseCount(&single), 2);
-  EXPECT_EQ(changes.Take(), "2:1 2:2 1:3");
 }
 
 // Renumbering replaces handles in items, focus and held-back notifications (also those a

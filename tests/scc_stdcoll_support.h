@@ -4,6 +4,8 @@
 
 #include "scc_stdcoll.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <functional>
 #include <initializer_list>
@@ -108,6 +110,26 @@ struct CollectionLog : SCC_EventHook<SYS_Handle> {
   }
   std::vector<std::string> log;
   std::function<void(int, SYS_Handle)> action;
+};
+
+/// A collection over a list that hears the list's notifier, with a listener on its changes.
+struct CollectionTest : ::testing::Test {
+  void SetUp() override {
+    items.listNotifier = &list;
+    items.SetEvent(&list);
+    items.SetNotificationHandler(&changes);
+  }
+  /// Gives the source these handles and lets the collection load them; forgets the codes.
+  void Load(std::initializer_list<long> numbers) {
+    items.source = handles(numbers);
+    items.AllowReload(1);
+    changes.Take();
+  }
+  void Raise(int code, long number) { list.Notify(code, SCC_Notifier::ParamOf(handleOf(number))); }
+
+  SCC_Notifier list;
+  ListCollection items;
+  CollectionLog changes;
 };
 
 #endif
