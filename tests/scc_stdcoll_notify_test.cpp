@@ -123,6 +123,7 @@ TEST(CollectionParent, ChildFollowsParentFocus) {
   ListCollection parent;
   parent.source = handles({1, 2});
   ListCollection child(&parent);
+  EXPECT_EQ(parent.GetCount(), 2);  // taking it as parent allowed it to load
   CollectionLog changes;
   child.SetNotificationHandler(&changes);
   child.AllowReload(1);
@@ -136,6 +137,13 @@ TEST(CollectionParent, ChildFollowsParentFocus) {
   parent.GetChangeEvent()->Notify(SCC_CollectionDropped, nullptr);
   EXPECT_EQ(child.GetCount(), 0);
   EXPECT_EQ(changes.Take(), "5:0 6:0");
+
+  // The parent's item goes: the child's items under the parent's slider go one by one. Only a
+  // handle focused twice is still in focus when the parent tells (it unfocuses first).
+  child.Reload();
+  parent.SetFocus(handleOf(2), true);
+  parent.OnNotification(SCC_ItemRemoving, SCC_Notifier::ParamOf(handleOf(2)));
+  EXPECT_EQ(changes.Take(), "5:0 2:12");
 
   // Parentless, the child reloads from its own source; the hook on the old parent stays, so
   // codes for handle 0 still reach it and codes for handles do not.

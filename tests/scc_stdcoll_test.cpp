@@ -79,10 +79,12 @@ TEST_F(Collection, SortFilterAndDirection) {
 // end the position is the count or -1, and no longer valid.
 TEST_F(Collection, NavigationMovesSliderAndStopsAtEnds) {
   EXPECT_EQ(items.GetFirst(), 0);
+  EXPECT_EQ(items.GetPosition(), SYS_Nowhere);
   EXPECT_EQ(items.sliderLog, handles({0}));
   Load({2, 1});
   items.sliderLog.clear();
   EXPECT_EQ(items.GetFirst(), 1);
+  EXPECT_FALSE(items.IsEmpty());
   EXPECT_EQ(items.GetNext(), 1);
   EXPECT_EQ(items.GetNext(), 0);
   EXPECT_EQ(items.GetPosition(), 2);
@@ -133,6 +135,7 @@ TEST_F(Collection, FocusRulesAndNotification) {
   long during = -1;
   changes.action = [&](int, SYS_Handle) { during = items.GetPosition(); };
   items.SetFocus(handleOf(1), false);
+  EXPECT_TRUE(items.HasFocus());
   EXPECT_EQ(changes.Take(), "3:1");
   EXPECT_EQ(during, 0);
   EXPECT_EQ(items.GetPosition(), 2);
@@ -178,8 +181,10 @@ TEST_F(Collection, CopiesAreIndependent) {
   Load({1, 2});
   items.SetFocus(handleOf(2), false);
   items.SetHandleData(handleOf(1), 7);
+  items.SetPosition(1);
   changes.Take();
   ListCollection copy(items);
+  EXPECT_EQ(copy.GetPosition(), 1);
   EXPECT_EQ(copy.Items(), items.Items());
   EXPECT_EQ(copy.Focus(), handles({2}));
   EXPECT_EQ(copy.GetHandleData(handleOf(1)), 7);
