@@ -155,10 +155,11 @@ void demoCollections() {
   NetList nets(board);
   PanelLog netLog("net list"), pinLog("pin list");
   nets.SetNotificationHandler(&netLog);
-  PinList pins(board, nets);  // taking the net list as parent allows it to load
+  std::printf("the net list sorts by name; * marks the selection. It loads once the pin list\n"
+              "takes it as parent:\n");
+  PinList pins(board, nets);
   pins.SetNotificationHandler(&pinLog);
   pins.AllowReload(1);
-  std::printf("the net list sorts by name; * marks the selection\n");
   show("nets:", nets);
 
   std::printf("\nselect GND: the pin list follows its parent's focus\n");
