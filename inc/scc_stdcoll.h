@@ -254,6 +254,8 @@ private:
   /// SetSlider for a handle whose first index is known (-1: not an item).
   void sliderTo(SYS_Handle handle, long index);
   void placeAt(long index);
+  /// GetNext (by 1) and GetPrev (by -1).
+  int step(int by);
   void standNowhere();
   void restorePosition(Position const &saved);
   /// The reactions to item codes 1, 2 and 3 (for an item that is there).

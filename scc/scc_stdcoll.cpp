@@ -8,6 +8,7 @@
 
 #include "scc/scc_handle_scan.h"
 #include "scc/scc_handle_set.h"
+#include "scc/scc_handle_sort.h"
 #include "ssm_report.h"
 
 #include <algorithm>
@@ -391,8 +392,9 @@ void SCC_StdCollection::SetFocus(SYS_Handle handle, bool add) {
 
 // Position and slider ----------------------------------------------------------------
 
+// Attaching walks the items' listeners: a position that follows the items already stays.
 void SCC_StdCollection::placeAt(long index) {
-  m_Position.Attach(&m_Items, 0);
+  if (m_Position.GetArray() != &m_Items || !m_Position.IsConnected()) m_Position.Attach(&m_Items, 0);
   m_Position.SetIndex(scc_detail::indexOf(index));
 }
 
@@ -450,17 +452,13 @@ int SCC_StdCollection::GetFirst() {
   return m_Position.IsValid() ? 1 : 0;
 }
 
-int SCC_StdCollection::GetNext() {
-  if (!m_Position.IsValid()) return 0;
-  ++m_Position;
-  if (!m_Position.IsValid()) return 0;
-  _SetSlider(GetAt(m_Position.GetIndex()));
-  return m_Position.IsValid() ? 1 : 0;
-}
+int SCC_StdCollection::GetNext() { return step(1); }
 
-int SCC_StdCollection::GetPrev() {
+int SCC_StdCollection::GetPrev() { return step(-1); }
+
+int SCC_StdCollection::step(int by) {
   if (!m_Position.IsValid()) return 0;
-  --m_Position;
+  m_Position.SetIndex(m_Position.GetIndex() + by);  // a valid index is never the last int
   if (!m_Position.IsValid()) return 0;
   _SetSlider(GetAt(m_Position.GetIndex()));
   return m_Position.IsValid() ? 1 : 0;
