@@ -6,6 +6,7 @@
 #include "plat/plat_file.h"
 #include "plat_error.h"
 #include "sfm_tr.h"
+#include "sys/sys_host_text.h"
 #include "ssm_report.h"
 
 #include <cerrno>
@@ -20,35 +21,6 @@ constexpr char kSource[] = "sfm/sfmanagr";
 
 /// The host's fallback text for an error without a system description.
 constexpr int kFallbackText = 45103;
-
-/// `text` with its one integer placeholder ("%d", "%i", "%u", with or without "l") replaced
-/// by `code` and "%%" by "%". Everything else stays as it stands: a host's text is never
-/// handed to printf, so a stray "%s" in it cannot read beyond the one argument.
-SYS_String formatWithCode(SYS_String const &text, unsigned int code) {
-  SYS_String result;
-  bool placed = false;
-  int const length = text.GetLength();
-  for (int i = 0; i < length; ++i) {
-    char const ch = text[i];
-    if (ch == '%' && i + 1 < length) {
-      if (text[i + 1] == '%') {
-        result += '%';
-        ++i;
-        continue;
-      }
-      int const conversion = text[i + 1] == 'l' ? i + 2 : i + 1;
-      if (!placed && conversion < length &&
-          (text[conversion] == 'd' || text[conversion] == 'i' || text[conversion] == 'u')) {
-        result << code;
-        placed = true;
-        i = conversion;
-        continue;
-      }
-    }
-    result += ch;
-  }
-  return result;
-}
 
 }  // namespace
 
@@ -99,7 +71,7 @@ void SFM::CreateMessage(EventCode, SFM_EventData &data) {
   SYS_String fallback = TR(kFallbackText);
   // Without the host's text the message still names the code.
   if (fallback.IsEmpty()) fallback = "error %u";
-  data.SetText(formatWithCode(fallback, data.GetErrorCode()));
+  data.SetText(sys::FillHostText(fallback, {sys::HostArgument::Unsigned(data.GetErrorCode())}));
 }
 
 bool SFM::TempCloseSomeFile() {
