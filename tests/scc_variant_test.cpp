@@ -127,7 +127,7 @@ TEST(Variant, NumbersAsText) {
 // A long beyond 32 bits (only on LP64) is kept as a double and does not read back as long.
 TEST_F(VariantTexts, LongBeyondThirtyTwoBits) {
   if (sizeof(long) == 4) GTEST_SKIP() << "a long cannot exceed 32 bits here";
-  SCC_Variant const big(static_cast<long>(1) << 40);
+  SCC_Variant const big(static_cast<long>(static_cast<long long>(1) << 40));
   EXPECT_EQ(big.GetType(), SCC_Variant::VT_Double);
   EXPECT_EQ(convert<double>(big), "1099511627776.000000");
   EXPECT_EQ(convert<long>(big), "throws: out of range 100%");
