@@ -26,5 +26,6 @@ void demoAssertions();
 void demoFiles();
 void demoMessages();
 void demoCollections();
+void demoProperties();
 
 #endif

@@ -19,6 +19,7 @@ int main() {
   demoFiles();
   demoMessages();
   demoCollections();
+  demoProperties();
   std::printf("\nDemo finished.\n");
   return 0;
 }
