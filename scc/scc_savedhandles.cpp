@@ -113,8 +113,9 @@ SCC_SavedHandles::Entry SCC_SavedHandles::Find(SYS_Handle handle, long type, lon
 }
 
 void SCC_SavedHandles::releaseVacatedSlots() {
+  // A removal leaves the buffer private (or none): it un-shares before it moves anything.
   SCC_Array<Entry>::Buffer *const buffer = m_Buffer;
-  if (buffer == nullptr || buffer->IsShared()) return;
+  if (buffer == nullptr) return;
   if (buffer->m_Upper < buffer->m_AllocUpper) buffer->m_Elements[buffer->m_Upper - buffer->m_AllocLower].Release();
   if (buffer->m_Lower > buffer->m_AllocLower) buffer->m_Elements[buffer->m_Lower - 1 - buffer->m_AllocLower].Release();
 }

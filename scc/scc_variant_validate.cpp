@@ -51,9 +51,8 @@ struct Range {
   }
 
 private:
-  /// "%lf": white space, then a number as strtod reads it.
+  /// "%lf": white space, then a number, as strtod reads them.
   static bool readNumber(char const *&p, double &value) {
-    skipSpaces(p);
     char *stop = nullptr;
     value = strtod_l(p, &stop, plat::cLocale());
     if (stop == p) return false;

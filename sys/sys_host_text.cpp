@@ -42,8 +42,7 @@ struct Placeholder {
     }
     if (*p == 'h' || *p == 'l') p += p[1] == p[0] ? 2 : 1;
     else if (*p == 'L') ++p;
-    conversion = *p;
-    if (conversion == '\0') return false;
+    conversion = *p;  // a NUL here is a conversion no argument accepts
     format += conversion == 'd' || conversion == 'i' ? 'u' : conversion;
     length = static_cast<int>(p + 1 - text);
     return true;
@@ -74,12 +73,8 @@ std::string print(Placeholder const &placeholder, HostArgument const &argument) 
 #pragma GCC diagnostic pop
   };
   int const size = printWith(nullptr, 0);
-  std::string result;
-  if (size > 0) {
-    result.resize(static_cast<std::size_t>(size) + 1);
-    printWith(&result[0], result.size());
-    result.resize(static_cast<std::size_t>(size));
-  }
+  std::string result(size > 0 ? static_cast<std::size_t>(size) : 0, '\0');
+  printWith(&result[0], result.size() + 1);  // the NUL goes where the string keeps its own
   uselocale(previous);
   return result;
 }

@@ -47,12 +47,16 @@ class TestSet : public SCC_SavedHandles {
 public:
   explicit TestSet(EntryCounts &counts) : m_Counts(counts) {}
 
-  /// The (type, handle number) keys in the set's order.
+  /// The (type, handle number) keys in the set's order; (-1, -1) for an empty slot.
   std::vector<std::pair<long, long>> Keys() const {
     std::vector<std::pair<long, long>> keys;
     for (int k = 0; k < GetCount(); ++k) {
       SCC_HandleWithEvent const *const entry = GetElements()[k];
-      keys.emplace_back(entry->GetType(), static_cast<long>(entry->GetHandle() & 0xFFFFFF));
+      if (entry == nullptr) {
+        keys.emplace_back(-1, -1);
+      } else {
+        keys.emplace_back(entry->GetType(), static_cast<long>(entry->GetHandle() & 0xFFFFFF));
+      }
     }
     return keys;
   }
@@ -119,6 +123,24 @@ TEST_F(SavedHandlesTest, OrderedByTypeThenHandle) {
   ASSERT_EQ(set.Save(-handleOf(1), 1), 1);
   EXPECT_EQ(set.Keys()[1].first, 1);
   EXPECT_EQ(set.GetElements()[1]->GetHandle(), -handleOf(1));
+}
+
+// Positions are array indices, also when the host has moved the array's lower bound.
+TEST_F(SavedHandlesTest, PositionsFollowTheBounds) {
+  Save({{1, 2}, {1, 4}, {1, 6}, {1, 8}});
+  set.Insert(-3, 3);  // three empty slots in front, which sort before every entry
+  EXPECT_EQ(set.GetLowerBound(), -3);
+  long position = 0;
+  ASSERT_NE(set.Find(handleOf(6), 1, &position).Get(), nullptr);
+  EXPECT_EQ(position, 2);
+  EXPECT_EQ(set.Find(handleOf(5), 1, &position).Get(), nullptr);
+  EXPECT_EQ(position, 2);
+  EXPECT_EQ(set.Find(handleOf(2), 1, &position)->GetHandle(), handleOf(2));
+  EXPECT_EQ(position, 0);
+  ASSERT_EQ(set.Save(handleOf(5), 1), 1);
+  EXPECT_EQ(set[2]->GetHandle(), handleOf(5));
+  EXPECT_EQ(set.Delete(handleOf(8), 1), 1);
+  EXPECT_EQ(set.Keys().back(), std::make_pair(1L, 6L));
 }
 
 // An entry removed from the set goes at once, whichever end of the array it left, and
@@ -200,9 +222,11 @@ TEST_F(SavedHandlesTest, CopiesShareEntries) {
     EXPECT_EQ(copy.Keys(), (Keys{{1, 1}, {1, 2}}));
     SCC_SavedHandles constructed(copy);
     EXPECT_EQ(constructed.Find(handleOf(1), 1, nullptr).Get(), copy.GetElements()[0].Get());
+    SCC_SavedHandles last(set);
+    EXPECT_EQ(set.Delete(handleOf(2), 1), 1);  // the last entry, while another set shares it
+    EXPECT_EQ(set.GetCount(), 0);
   }
-  EXPECT_EQ(counts.destroyed, 1);
-  EXPECT_EQ(set.Keys(), (Keys{{1, 2}}));
+  EXPECT_EQ(counts.destroyed, 2);
 }
 
 // Against a model: saves, deletes and notifications (removal, reset, a renumbering that

@@ -188,7 +188,9 @@ TEST_F(VariantTexts, RangeValidation) {
       {SCC_Variant(-0.5), "[-1e0,-0.5]", 1, "-0.500000"},
       {SCC_Variant("12x"), "[0,100]", 0, "must lie in [0..100.0], not %d%s"},
       {SCC_Variant(std::nan("")), "[0,1]", 0, "must lie in [0..1.0], not %d%s"},
+      {SCC_Variant(10), "[\t0 ,\t10 ]", 1, "10"},
       {SCC_Variant(5), "[0;10]", 1, "5"},  // no range and no length: nothing to test
+      {SCC_Variant(5), "[0,]", 1, "5"},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.validation);
@@ -199,12 +201,35 @@ TEST_F(VariantTexts, RangeValidation) {
   }
 }
 
+// The range message fills the host's placeholders of the right kind, with their flags,
+// widths and precisions; any other "%" stands as written.
+TEST(Variant, RangeMessagePlaceholders) {
+  struct Case { char const *text, *expected; } cases[] = {
+      {"%-3c|%+.3e|%#g|%5c", "[  |+0.000e+00|10.0000|    )"},
+      {"%c%.123g,%010.2f%lc", "[0,0000010.00)"},
+      {"%1000c %c%G %d %E%s", "%1000c [0 %d 1.000000E+01%s"},
+      {"%hhc%Lf %hf%%%", "[0.000000 10.000000%%"},
+      {"%x%c%a", "%x[0x0p+0"},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.text);
+    PLAT_StringEntry const texts[] = {{45064, c.text}};
+    ASSERT_EQ(PLAT_RegisterStrings(texts, 1), 1);
+    SCC_Variant value(20);
+    EXPECT_EQ(value.Validate("[0,10)", nullptr), 0);
+    EXPECT_EQ(convert<SYS_String>(value), c.expected);
+  }
+  PLAT_RegisterStrings(nullptr, 0);
+}
+
 // A number is a maximum length in bytes of the string; numbers have no string value.
 TEST(Variant, LengthValidation) {
   struct Case { SCC_Variant value; char const *validation; int passes; } cases[] = {
       {SCC_Variant("abcde"), "5", 1}, {SCC_Variant("abcdef"), "5", 0}, {SCC_Variant("\xC2\xB5m"), "2", 0},
       {SCC_Variant(123456789), "5", 1}, {SCC_Variant(1.5), " +0", 1}, {SCC_Variant(""), "-1", 0},
       {SCC_Variant("abc"), "99999999999", 1}, {SCC_Variant("abc"), "", 1}, {SCC_Variant(), "0", 1},
+      {SCC_Variant("abcdefghijkl"), "12", 1}, {SCC_Variant("abcdefghijklm"), "12", 0},
+      {SCC_Variant("abcdefghij"), "9", 0}, {SCC_Variant("ab"), " 1", 0}, {SCC_Variant("ab"), "\t1x", 0},
   };
   for (auto const &c : cases) {
     SCOPED_TRACE(c.validation);

@@ -191,11 +191,19 @@ TEST(SfmManager, UnknownErrorsGetTheHostsFallbackText) {
   RecordingManager rec;
   FaultGuard faults;
   std::string const name = dir / "x";
-  PLAT_StringEntry const texts[] = {{45103, "File error %d, 100%% (%s)"}};
-  ASSERT_EQ(PLAT_RegisterStrings(texts, 1), 1);
-  PLAT_FailCall(PLAT_CallOpen, 1, 9999);
   SFM_File file(name.c_str(), "rb");
-  EXPECT_EQ(std::string(file.GetMsg()), "File error 9999, 100% (%s)\r\n\"" + name + "\"");
+  struct Case { char const *text, *expected; } cases[] = {
+      {"File error %d, 100%% (%s)", "File error 9999, 100% (%s)"}, {"E%ld %d", "E9999 %d"},
+      {"E%08X", "E0000270F"}, {"E%o%lli", "E23417%lli"}, {"E%s %hu", "E%s 9999"}, {"E%-5i|", "E9999 |"},
+  };
+  for (auto const &c : cases) {
+    SCOPED_TRACE(c.text);
+    PLAT_StringEntry const texts[] = {{45103, c.text}};
+    ASSERT_EQ(PLAT_RegisterStrings(texts, 1), 1);
+    PLAT_FailCall(PLAT_CallOpen, 1, 9999);
+    file.Open("rb");
+    EXPECT_EQ(std::string(file.GetMsg()), c.expected + ("\r\n\"" + name + "\""));
+  }
   PLAT_RegisterStrings(nullptr, 0);
   PLAT_FailCall(PLAT_CallOpen, 1, 9998);
   file.Open("rb");
