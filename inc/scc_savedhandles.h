@@ -69,9 +69,9 @@ inline int SCC_Compare(SCC_SharedPointer<SCC_HandleWithEvent> const &a,
 ///
 /// Derived classes make the entries (CreateByType). The set is an ascending sortable
 /// array of shared pointers; after a renumbering (code 7) the order is repaired at the
-/// next Find, and of entries that compare equal then, Find gives the first. Every slot
-/// of a private buffer outside the bounds is empty, so an entry removed from the set is
-/// held by nothing the set keeps.
+/// next Find, and of entries that compare equal then, Find gives the first. Delete also
+/// empties the slot its removal vacates behind the bounds, so an entry removed from the
+/// set is held by nothing the set keeps and leaves its event at once.
 class BFC_API SCC_SavedHandles : public SCC_SortableArray<SCC_SharedPointer<SCC_HandleWithEvent>> {
 public:
   typedef SCC_SharedPointer<SCC_HandleWithEvent> Entry;
